@@ -1,0 +1,34 @@
+#pragma once
+
+// The bodies that every command shares: a frame, then its field list. Included by the sources of commands alone.
+
+#include <CommandProcessor/core/ProcessorFamily.h>
+#include <CommandProcessor/types/TypeCodecs.h>
+#include <CommandProcessor/wire/FieldArchives.h>
+
+namespace poker {
+
+using namespace wire;  // the words of the field lists
+
+/// Frame: type code (byte), family (byte).
+inline void writeFrame(SerializeCommandBuf& buf, std::uint32_t typeCode, ProcessorFamily family) {
+  buf.write(static_cast<std::uint8_t>(typeCode));
+  buf.write(static_cast<std::uint8_t>(family));
+}
+
+template <class T>
+void serializeFields(const T& command, ProcessorFamily family, SerializeCommandBuf& buf) {
+  FieldAccess::aboutToSerialize(command, buf);
+  writeFrame(buf, command.getTypeCode(), family);
+  FieldWriter<SerializeCommandBuf> writer(buf);
+  FieldAccess::fields(command, writer);
+}
+
+template <class T>
+void deserializeFields(T& command, DeserializeCommandBuf& buf) {
+  command.clearConnections();
+  FieldReader<DeserializeCommandBuf> reader(buf);
+  FieldAccess::fields(command, reader);
+}
+
+}  // namespace poker

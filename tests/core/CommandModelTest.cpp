@@ -1,0 +1,245 @@
+#include <CommandProcessor/commands/session/ClKeepAlive.h>
+#include <CommandProcessor/commands/session/SrvKeepAliveReply.h>
+#include <CommandProcessor/core/ClientCmdProcessor.h>
+#include <CommandProcessor/core/ClientMiscCmdProcessor.h>
+#include <CommandProcessor/core/ClientTourCmdProcessor.h>
+#include <CommandProcessor/core/CmdDispatcher.h>
+#include <CommandProcessor/core/CommandsResult.h>
+#include <CommandProcessor/core/DisptachException.h>
+#include <CommandProcessor/core/SrvCmdProcessor.h>
+#include <CommandProcessor/core/SrvMiscCmdProcessor.h>
+#include <CommandProcessor/core/SrvTourCmdProcessor.h>
+
+#include <gtest/gtest.h>
+#include <rapidcheck.h>
+
+#include <csignal>
+#include <memory>
+#include <new>
+#include <set>
+#include <string>
+
+namespace poker {
+namespace {
+
+/// A command of any family that counts how often it was processed; it has no pool and no fields.
+template <class ProcessorType>
+class Probe : public PokerCommandTmpl<ProcessorType> {
+ public:
+  using Base = PokerCommandTmpl<ProcessorType>;
+  Probe() : Base(static_cast<typename Base::TypeCode>(34)) {}
+  void serialize(SerializeCommandBuf&) const override {}
+  void deserialize(DeserializeCommandBuf&) override {}
+  void process(typename Base::Results&, typename Base::Processor&) override { ++processed; }
+  int processed = 0;
+};
+
+std::set<std::int32_t> idsOf(PokerCommandI& command) {
+  std::set<std::int32_t> ids;
+  for (const ConnectionID& id : command.getConnections()) ids.insert(id.value());
+  return ids;
+}
+
+TEST(Command, AccumulatesConnections) {
+  Probe<SrvCmdProcessorType> command;
+  EXPECT_TRUE(command.getConnections().empty());
+  EXPECT_EQ(command.getConnID(), ConnectionID(-1));
+  EXPECT_FALSE(command.getConnID().isValid());
+  command.setConnID(5);
+  command.setConnID(3);
+  command.setConnID(5);
+  EXPECT_EQ(idsOf(command), (std::set<std::int32_t>{3, 5}));
+  EXPECT_EQ(command.getConnID(), ConnectionID(3));
+  command.setConnID(-1);
+  EXPECT_EQ(command.getConnID(), ConnectionID(-1)) << "-1 is stored as an ordinary id";
+  EXPECT_EQ(command.getConnections().size(), 3u);
+  command.removeConnection(3);
+  command.removeConnection(77);
+  EXPECT_EQ(idsOf(command), (std::set<std::int32_t>{-1, 5}));
+
+  Probe<SrvCmdProcessorType> copy(command);
+  EXPECT_EQ(copy.getConnections(), command.getConnections());
+  copy = *&copy;
+  EXPECT_EQ(copy.getConnections(), command.getConnections());
+  Probe<SrvCmdProcessorType> other;
+  other.setConnID(100);
+  other.addConnections(copy.getConnections());
+  EXPECT_EQ(idsOf(other), (std::set<std::int32_t>{-1, 5, 100}));
+  other = copy;
+  EXPECT_EQ(idsOf(other), (std::set<std::int32_t>{-1, 5}));
+  other.init();
+  EXPECT_TRUE(other.getConnections().empty());
+}
+
+TEST(Command, DefaultsOfTheHooks) {
+  Probe<SrvCmdProcessorType> command;
+  EXPECT_TRUE(command.canCompress());
+  EXPECT_FALSE(command.isFinalCommand());
+  EXPECT_EQ(command.getTypeCode(), 34u);
+  EXPECT_EQ(command.clone(), nullptr);
+  command.release();
+  EXPECT_EQ(command.checkValidAndThrow(), 0x0FFCE0FF);
+}
+
+TEST(CommandDeathTest, FaultsOnADeadCommand) {
+  alignas(Probe<SrvCmdProcessorType>) static unsigned char place[sizeof(Probe<SrvCmdProcessorType>)];
+  auto* command = new (place) Probe<SrvCmdProcessorType>;
+  auto* const root = static_cast<PokerCommandI*>(command);
+  std::destroy_at(command);
+  const auto use = [EXPECT_EXIT(root->checkValidAndThrow(), testing::KilledBySignal(SIGFPE), "");] {
+    std::signal(SIGFPE, SIG_DFL);  // sanitizers have a handler of their own
+    root->checkValidAndThrow();
+  };
+  EXPECT_EXIT(use(), testing::KilledBySignal(SIGFPE), "");
+}
+
+// Against the standard set, through the sizes where the set moves to the heap.
+TEST(ConnectionsSet, BehavesAsAnOrderedSet) {
+  EXPECT_TRUE(rc::check([](const std::vector<std::pair<bool, std::uint8_t>>& steps) {
+    ConnectionsSet set;
+    std::set<std::int32_t> model;
+    for (const auto& [insert, number] : steps) {
+      const std::int32_t id = number % 40;
+      if (insert) {
+        RC_ASSERT(set.insert(id) == model.insert(id).second);
+      } else {
+        RC_ASSERT(set.erase(id) == (model.erase(id) == 1));
+      }
+      RC_ASSERT(set.contains(id) == (model.count(id) == 1));
+    }
+    ConnectionsSet copy(set);
+    std::vector<std::int32_t> ids;
+    for (const ConnectionID& id : copy) ids.push_back(id.value());
+    RC_ASSERT(std::equal(ids.begin(), ids.end(), model.begin(), model.end()));
+  }));
+}
+
+TEST(CommandsResult, SortsByTheConnectionsAtTheTimeOfAdding) {
+  CommandsResult<PokerCommandTmpl<SrvCmdProcessorType>, 1> results;
+  Probe<SrvCmdProcessorType> a, b, c;
+  a.setConnID(1);
+  c.setConnID(-1);
+  results.add(a);
+  results.add(b);
+  results.add(c);
+  b.setConnID(2);
+  ASSERT_EQ(results.addressed().size(), 2u);
+  EXPECT_EQ(results.addressed()[0], &a);
+  EXPECT_EQ(results.addressed()[1], &c);
+  ASSERT_EQ(results.unaddressed().size(), 1u);
+  EXPECT_EQ(results.unaddressed()[0], &b);
+  results.clear();
+  EXPECT_TRUE(results.empty());
+}
+
+class Server : public ClientCmdProcessor {
+ public:
+  bool processCommand(PokerCommandTmpl<ClientCmdProcessorType>& command) override {
+    command.process(results, *this);
+    return answer;
+  }
+  ClientCmdProcessor::Results results;
+  bool answer = true;
+};
+
+TEST(Processor, AnswersAKeepAliveByItself) {
+  Server server;
+  ClKeepAlive& request = CachedCmdCreator<ClKeepAlive>::create();
+  request.init(0xFFFFFFFF);
+  request.setConnID(12);
+  server.processCommand(request);
+  ASSERT_EQ(server.results.addressed().size(), 1u);
+  EXPECT_TRUE(server.results.unaddressed().empty());
+  auto* reply = dynamic_cast<SrvKeepAliveReply*>(server.results.addressed()[0]);
+  ASSERT_NE(reply, nullptr);
+  EXPECT_EQ(reply->sequenceNumber(), 0xFFFFFFFFu);
+  EXPECT_EQ(idsOf(*reply), (std::set<std::int32_t>{12}));
+  reply->release();
+  request.release();
+}
+
+TEST(Dispatcher, ThrowsForAFamilyWithoutProcessor) {
+  CmdDispatcher dispatcher;
+  SrvCmdProcessor onlyServer;
+  dispatcher.registerSrvCmdProcessor(onlyServer, true);
+  const auto textOf = [&](PokerCommandI&& command) -> std::string {
+    try {
+      dispatcher.dispatchCommand(command);
+    } catch (const DisptachException& error) {
+      return error.what();
+    }
+    return "no throw";
+  };
+  EXPECT_EQ(textOf(Probe<ClientCmdProcessorType>()), "empty clProcessor");
+  EXPECT_EQ(textOf(Probe<ClientTourCmdProcessorType>()), "empty clTourProcessor");
+  EXPECT_EQ(textOf(Probe<SrvTourCmdProcessorType>()), "empty srvTourProcessor");
+  EXPECT_EQ(textOf(Probe<ClientMiscCmdProcessorType>()), "empty clMiscProcessor");
+  EXPECT_EQ(textOf(Probe<SrvMiscCmdProcessorType>()), "empty srvMiscProcessor");
+  EXPECT_EQ(textOf(Probe<SrvCmdProcessorType>()), "no throw");
+  CmdDispatcher empty;
+  Probe<SrvCmdProcessorType> command;
+  try {
+    empty.dispatchCommand(command);
+    FAIL();
+  } catch (const DisptachException& error) {
+    EXPECT_STREQ(error.what(), "empty srvProcessor");
+  }
+}
+
+// The client families answer for themselves; the others answer what their registration said.
+TEST(Dispatcher, AnswersAsRegistered) {
+  struct Srv : SrvCmdProcessor {
+    bool processCommand(PokerCommandTmpl<SrvCmdProcessorType>&) override { return ++calls != 0; }
+    int calls = 0;
+  } srv;
+  struct SrvTour : SrvTourCmdProcessor {
+    bool processCommand(PokerCommandTmpl<SrvTourCmdProcessorType>&) override { return ++calls != 0; }
+    int calls = 0;
+  } srvTour;
+  struct Misc : ClientMiscCmdProcessor {
+    void processCommand(PokerCommandTmpl<ClientMiscCmdProcessorType>&) override { ++calls; }
+    int calls = 0;
+  } misc;
+  struct SrvMisc : SrvMiscCmdProcessor {
+    void processCommand(const PokerCommandTmpl<SrvMiscCmdProcessorType>&) override { ++calls; }
+    int calls = 0;
+  } srvMisc;
+  Server client;
+  ClientTourCmdProcessor clientTour;
+
+  CmdDispatcher dispatcher;
+  dispatcher.registerClientCmdProcessor(client);
+  dispatcher.registerClientTourCmdProcessor(clientTour);
+  Probe<SrvCmdProcessorType> srvCommand;
+  Probe<SrvTourCmdProcessorType> srvTourCommand;
+  Probe<ClientMiscCmdProcessorType> miscCommand;
+  Probe<SrvMiscCmdProcessorType> srvMiscCommand;
+  for (const bool flag : {false, true}) {
+    dispatcher.registerSrvCmdProcessor(srv, flag);
+    dispatcher.registerSrvTourCmdProcessor(srvTour, flag);
+    dispatcher.registerClientMiscCmdProcessor(misc, flag);
+    dispatcher.registerSrvMiscCmdProcessor(srvMisc, flag);
+    EXPECT_EQ(dispatcher.dispatchCommand(srvCommand), flag);
+    EXPECT_EQ(dispatcher.dispatchCommand(srvTourCommand), flag);
+    EXPECT_EQ(dispatcher.dispatchCommand(miscCommand), flag);
+    EXPECT_EQ(dispatcher.dispatchCommand(srvMiscCommand), flag);
+  }
+  EXPECT_EQ(srv.calls, 2);
+  EXPECT_EQ(srvTour.calls, 2);
+  EXPECT_EQ(misc.calls, 2);
+  EXPECT_EQ(srvMisc.calls, 2);
+
+  Probe<ClientCmdProcessorType> clientCommand;
+  Probe<ClientTourCmdProcessorType> clientTourCommand;
+  EXPECT_TRUE(dispatcher.dispatchCommand(clientCommand));
+  client.answer = false;
+  EXPECT_FALSE(dispatcher.dispatchCommand(clientCommand));
+  EXPECT_EQ(clientCommand.processed, 2);
+  EXPECT_TRUE(dispatcher.dispatchCommand(clientTourCommand)) << "the default answer of that processor";
+  EXPECT_FALSE(SrvCmdProcessor().processCommand(srvCommand));
+  EXPECT_FALSE(SrvTourCmdProcessor().processCommand(srvTourCommand));
+  EXPECT_FALSE(client.ClientCmdProcessor::processCommand(clientCommand));
+}
+
+}  // namespace
+}  // namespace poker
