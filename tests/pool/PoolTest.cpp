@@ -1,0 +1,144 @@
+#include <CommandProcessor/commands/session/ClKeepAlive.h>
+#include <CommandProcessor/commands/session/SrvKeepAliveReply.h>
+#include <CommandProcessor/pool/CachedCmdCreator.h>
+#include <LogUtil/Log.h>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <set>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace poker {
+namespace {
+
+using Pool = CachedCmdCreator<ClKeepAlive>;
+
+/// What a dump writes, a line each.
+std::vector<std::string> dump(DebugStaticLogger& logger, const char* name, std::string* log = nullptr) {
+  std::vector<std::string> lines;
+  Log::setSink([&](const LogRecord& record) {
+    lines.emplace_back(record.message);
+    if (log != nullptr) *log = record.logger;
+  });
+  logger.dumpDataIntoLog(name);
+  Log::setSink(nullptr);
+  return lines;
+}
+
+// Before any constructor of this program ran, the pools were ready.
+const bool kTookOneEarly = [] {
+  ClKeepAlive& command = Pool::create();
+  command.init(1);
+  command.release();
+  return Pool::cashedCmds.tsSize() == 1;
+}();
+
+TEST(Pool, IsReadyInStaticConstructors) { EXPECT_TRUE(kTookOneEarly); }
+
+TEST(Pool, HandsOutTheOldestAsItWasLeft) {
+  Pool::clearCache();
+  ClKeepAlive& first = Pool::create();
+  ClKeepAlive& second = Pool::create();
+  EXPECT_NE(&first, &second);
+  first.init(7);
+  first.setConnID(3);
+  first.release();
+  Pool::destroy(second);
+  ASSERT_EQ(Pool::cashedCmds.tsSize(), 2u);
+  ClKeepAlive& again = Pool::create();
+  EXPECT_EQ(&again, &first) << "first in, first out";
+  EXPECT_EQ(again.sequenceNumber(), 7u);
+  EXPECT_EQ(again.getConnID(), ConnectionID(3));
+  again.init(8);
+  EXPECT_TRUE(again.getConnections().empty()) << "init must forget the last receivers";
+  again.release();
+}
+
+TEST(Pool, CloneIsACopyFromThePool) {
+  ClKeepAlive& source = Pool::create();
+  source.init(42);
+  source.setConnID(9);
+  source.setConnID(4);
+  auto* copy = static_cast<ClKeepAlive*>(source.clone());
+  ASSERT_NE(copy, &source);
+  EXPECT_EQ(copy->sequenceNumber(), 42u);
+  EXPECT_EQ(copy->getConnections(), source.getConnections());
+  EXPECT_EQ(copy->checkValidAndThrow(), 0x0FFCE0FF);
+  copy->release();
+  source.release();
+}
+
+TEST(Pool, CountsWhatItAllocatedAndNeverLess) {
+  const auto counted = [] {
+    for (const std::string& line : dump(*DebugStaticLogger::instance(), "test")) {
+      const std::string head = "\t command type = SrvKeepAliveReply \t memory = ";
+      if (line.rfind(head, 0) == 0) return line.substr(head.size());
+    }
+    return std::string("nothing");
+  };
+  const auto size = sizeof(SrvKeepAliveReply);
+  SrvKeepAliveReply& first = CachedCmdCreator<SrvKeepAliveReply>::create();
+  EXPECT_EQ(counted(), std::to_string(size) + " (1)");
+  first.release();
+  CachedCmdCreator<SrvKeepAliveReply>::create().release();
+  EXPECT_EQ(counted(), std::to_string(size) + " (1)") << "an idle object was there to be reused";
+  CachedCmdCreator<SrvKeepAliveReply>::clearCache();
+  EXPECT_EQ(CachedCmdCreator<SrvKeepAliveReply>::cashedCmds.tsSize(), 0u);
+  CachedCmdCreator<SrvKeepAliveReply>::create().release();
+  EXPECT_EQ(counted(), std::to_string(2 * size) + " (2)");
+}
+
+TEST(MemoryDump, WritesItsLines) {
+  DebugStaticLogger logger;
+  std::string log;
+  auto lines = dump(logger, nullptr, &log);
+  EXPECT_EQ(log, "log");
+  ASSERT_EQ(lines.size(), 2u);
+  EXPECT_EQ(lines[0].rfind("DebugStaticLogger::dumpDataIntoLog : dump (threadID=", 0), 0u) << lines[0];
+  EXPECT_EQ(lines[1], "\t <<< no data found >>>");
+
+  DebugStaticLogger::DebugStaticLoggerData b{200, 2}, a{INT32_MAX, 1};
+  logger.addSizeForType("Second", &b);
+  logger.addSizeForType("First %s", &a);
+  DebugStaticLogger copy(logger);
+  lines = dump(copy, "other", &log);
+  EXPECT_EQ(log, "other");
+  ASSERT_EQ(lines.size(), 4u);
+  EXPECT_EQ(lines[1], "\t command type = First %s \t memory = 2147483647 (1)");
+  EXPECT_EQ(lines[2], "\t command type = Second \t memory = 200 (2)");
+  EXPECT_EQ(lines[3], "Total: bytes = -2147483449 (3)") << "32-bit counters wrap";
+}
+
+// Two threads take and give back; nobody ever holds an object that another one holds.
+TEST(Pool, NeverHandsOneObjectToTwoThreads) {
+  Pool::clearCache();
+  auto work = [](std::uint32_t mine) {
+    std::vector<ClKeepAlive*> held;
+    for (std::uint32_t round = 0; round < 20000; ++round) {
+      ClKeepAlive& command = Pool::create();
+      command.init(mine + round);
+      held.push_back(&command);
+      if (held.size() < 8) continue;
+      for (std::size_t i = 0; i < held.size(); ++i) {
+        ASSERT_EQ(held[i]->sequenceNumber(), mine + round + 1 - held.size() + i);
+        held[i]->release();
+      }
+      held.clear();
+    }
+    for (ClKeepAlive* command : held) command->release();
+  };
+  std::thread one(work, 1'000'000u), two(work, 2'000'000u);
+  one.join();
+  two.join();
+  EXPECT_LE(Pool::cashedCmds.tsSize(), 16u);
+  std::set<ClKeepAlive*> different;
+  while (ClKeepAlive* command = Pool::cashedCmds.tsGet()) different.insert(command);
+  EXPECT_LE(different.size(), 16u);
+  for (ClKeepAlive* command : different) command->release();
+}
+
+}  // namespace
+}  // namespace poker
