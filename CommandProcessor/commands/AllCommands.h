@@ -1,0 +1,5 @@
+#pragma once
+
+// Every command class. For a host that decodes them all; code that needs a few includes those headers alone.
+
+#include <CommandProcessor/commands/session/SessionCommands.h>

@@ -1,0 +1,325 @@
+#include <CommandProcessor/commands/AllCommands.h>
+#include <CommandProcessor/wire/CommandDeserializeException.h>
+#include <CommandProcessor/wire/DeserializeCommandBuf.h>
+#include <CommandProcessor/wire/SerializeCommandBuf.h>
+
+#include <gtest/gtest.h>
+
+#include <ctime>
+#include <iterator>
+#include <memory>
+#include <string>
+#include <typeinfo>
+#include <vector>
+
+namespace poker {
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+constexpr std::uint32_t kFrame = 2;
+
+struct Release {
+  void operator()(PokerCommandI* command) const { command->release(); }
+};
+template <class T>
+using Pooled = std::unique_ptr<T, Release>;
+
+template <class T>
+Pooled<T> make() {
+  return Pooled<T>(&CachedCmdCreator<T>::create());
+}
+
+template <class T, class... Args>
+Pooled<T> make(Args... args) {
+  auto command = make<T>();
+  command->init(args...);
+  return command;
+}
+
+/// Frame and fields, without the length slot.
+Bytes bytesOf(const PokerCommandI& command) {
+  SerializeCommandBuf buf(16);
+  command.serialize(buf);
+  return Bytes(buf.data() + 4, buf.data() + buf.used());
+}
+
+/// @return the message of the failure, empty when there was none
+std::string decode(PokerCommandI& command, const Bytes& body, std::uint32_t* position = nullptr) {
+  DeserializeCommandBuf buf(body.data(), static_cast<std::uint32_t>(body.size()));
+  std::string message;
+  try {
+    command.deserialize(buf);
+  } catch (CommandDeserializeException* thrown) {
+    message = thrown->message();
+    delete thrown;
+  }
+  if (position != nullptr) *position = buf.position();
+  return message;
+}
+
+Bytes bodyOf(const PokerCommandI& command) {
+  const Bytes bytes = bytesOf(command);
+  return Bytes(bytes.begin() + kFrame, bytes.end());
+}
+
+/// Twice, as the clock may move on between the two sides of one comparison of SrvPings.
+bool sameBytes(const PokerCommandI& a, const PokerCommandI& b) {
+  return bytesOf(a) == bytesOf(b) || bytesOf(a) == bytesOf(b);
+}
+
+struct Sample {
+  PokerCommandI* fresh;  // as its constructor leaves it
+  PokerCommandI* used;   // filled with large values
+  void (*init)(PokerCommandI&);
+};
+
+template <class T, auto... kArgs>
+Sample sample() {
+  // The pool hands out what came back to it; emptied first, it has to construct.
+  CachedCmdCreator<T>::clearCache();
+  const auto init = [](PokerCommandI& command) { dynamic_cast<T&>(command).init(kArgs...); };
+  Sample made{&CachedCmdCreator<T>::create(), &CachedCmdCreator<T>::create(), init};
+  init(*made.used);
+  return made;
+}
+
+constexpr char kLongText[] = "a text that is much too long for the storage inside a string";
+constexpr unsigned char kRecord[] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10};
+
+class SessionCommands : public testing::Test {
+ protected:
+  ~SessionCommands() override {
+    for (const Sample& each : samples_) {
+      each.fresh->release();
+      each.used->release();
+    }
+  }
+
+  const std::vector<Sample> samples_{
+      sample<ClHandShake, 0xFFFFFFFFu>(),
+      sample<SrvHandShaked>(),
+      sample<ClSSLHandshakeData, &kRecord[0], 10u, SSLDataType{255}>(),
+      sample<SrvSSLHandshakeData, &kRecord[0], 10u, SSLDataType{255}>(),
+      sample<ClKeepAlive, 0xFFFFFFFFu>(),
+      sample<SrvKeepAliveReply, 0xFFFFFFFFu>(),
+      sample<ClPing, std::uint8_t{255}, 255u>(),
+      sample<SrvPing, 77>(),
+      sample<ClBye>(),
+      sample<SrvErrorDisconnected, SrvErrorDisconnected::ErrorCode{0xFFFFFFFFu}>(),
+      sample<SrvConnectError>(),
+      sample<SrvMaintenance, kLongText, MaintainID{255}>(),
+      sample<SrvBusy>(),
+      sample<ServiceNotAvailable, kLongText>(),
+      sample<SrvNewClientVersionAvail, SrvNewClientVersionAvail::OptionalUpgrade,
+             SrvNewClientVersionAvail::StandardAndCustomText, kLongText>(),
+      sample<SrvForward>(),
+  };
+};
+
+TEST_F(SessionCommands, InitAndDeserializeLeaveNoConnection) {
+  for (const Sample& each : samples_) {
+    SCOPED_TRACE(typeid(*each.used).name());
+    each.used->setConnID(5);
+    each.init(*each.used);
+    EXPECT_TRUE(each.used->connections().empty());
+
+    each.used->setConnID(5);
+    EXPECT_EQ(decode(*each.used, bodyOf(*each.used)), "");
+    EXPECT_TRUE(each.used->connections().empty());
+  }
+}
+
+TEST_F(SessionCommands, DecodingIntoAUsedObjectLeavesNothingOfItsEarlierUse) {
+  for (const Sample& each : samples_) {
+    SCOPED_TRACE(typeid(*each.used).name());
+    EXPECT_EQ(decode(*each.used, bodyOf(*each.fresh)), "");
+    EXPECT_TRUE(sameBytes(*each.used, *each.fresh));
+  }
+}
+
+TEST_F(SessionCommands, ClonesAreEqualAndTheirOwn) {
+  for (const Sample& each : samples_) {
+    SCOPED_TRACE(typeid(*each.used).name());
+    each.used->setConnID(5);
+    each.used->setConnID(3);
+    const Pooled<PokerCommandI> owner(each.used->clone());
+    ASSERT_NE(owner, nullptr);
+    const PokerCommandI& clone = *owner;
+    EXPECT_TRUE(typeid(clone) == typeid(*each.used));
+    EXPECT_TRUE(clone.connections() == each.used->connections());
+    EXPECT_TRUE(sameBytes(clone, *each.used));
+
+    if (typeid(clone) == typeid(SrvPing)) continue;  // its bytes change with the clock
+    const Bytes before = bytesOf(clone);
+    EXPECT_EQ(decode(*each.used, bodyOf(*each.fresh)), "");
+    EXPECT_EQ(bytesOf(clone), before);
+    EXPECT_EQ(clone.getConnID(), 3);
+  }
+}
+
+TEST(ClHandShakeTest, StopsAtThePaddingThatIsCut) {
+  const auto command = make<ClHandShake>();
+  const std::uint32_t stops[] = {0, 0, 0, 0, 0, 5, 5, 7, 8, 8, 8, 8, 12};
+  for (std::size_t size = 0; size < std::size(stops); ++size) {
+    std::uint32_t position = 99;
+    EXPECT_EQ(decode(*command, Bytes(size), &position), "CommandBuf::readNumber - bufSize == 0") << size;
+    EXPECT_EQ(position, stops[size]) << size;
+  }
+}
+
+TEST(ClPingTest, KeepsTheLowByteOfTheSecondValue) {
+  const auto ping = make<ClPing>(std::uint8_t{3}, 0x1FFu);
+  EXPECT_EQ(ping->info().first(), 3);
+  EXPECT_EQ(ping->info().second(), 0xFF);
+  ping->init();
+  EXPECT_EQ(ping->info().first(), 0);
+  EXPECT_EQ(ping->info().second(), 0);
+}
+
+TEST(SrvPingTest, RecordsTheSecondsModulo256WhenItIsSent) {
+  const auto low32 = [](std::time_t time) { return static_cast<std::int32_t>(static_cast<std::uint32_t>(time)); };
+  const std::time_t now = std::time(nullptr);
+  // The extreme ones are as far from now as a clock that has outgrown 32 bits is from any start time.
+  for (const std::int32_t start :
+       {low32(now), low32(now - 255), low32(now - 300), low32(now + 2), 0, -1, INT32_MIN, INT32_MAX}) {
+    const auto ping = make<SrvPing>(start);
+    EXPECT_EQ(ping->inServer(), 0);
+    const std::time_t before = std::time(nullptr);
+    const Bytes bytes = bytesOf(*ping);
+    const std::time_t after = std::time(nullptr);
+    ASSERT_EQ(bytes.size(), 3u);
+    EXPECT_EQ(ping->inServer(), bytes[2]);
+    bool right = false;
+    for (std::time_t time = before; time <= after; ++time) right |= ((time - start) & 0xFF) == bytes[2];
+    EXPECT_TRUE(right) << "start " << start << ", now " << now << ", sent " << int{bytes[2]};
+  }
+}
+
+TEST(SrvErrorDisconnectedTest, KeepsEveryTextByteForByte) {
+  struct Row {
+    std::uint32_t code;
+    const char* name;
+    const char* visual;
+  };
+  constexpr char kJoke[] = "Niakoi pak e zabravil da napishe neshto ;))";
+  const Row rows[] = {
+      {0, "SrvErr_BadReplay", "Internal communication error. BadReplay"},
+      {1, "SrvErr_BadGameID", "This table has been removed.\nGo to Lobby and choose another table."},
+      {2, "SrvErr_BadCommand", "Internal communication error. BadCommand"},
+      {3, "SrvErr_InternalError", "Server internal error."},
+      {4, "SrvErr_DisconnectConn", "Error - Connection Closed Forcedly from Server"},
+      {5, "SrvErr_Banned",
+       R"(Your account have been disabled from the administration.
+Please contact the support for more details.)"},
+      {6, "SrvErr_Reconnect", "Internal error."},
+      {7, kJoke, "Internal error."},
+      {0x80000000u, kJoke, "Internal error."},
+      {0xFFFFFFFFu, kJoke, "Internal error."},
+  };
+  for (const Row& row : rows) {
+    const auto command = make<SrvErrorDisconnected>(SrvErrorDisconnected::ErrorCode{row.code});
+    EXPECT_STREQ(command->errCodeToString(), row.name);
+    EXPECT_STREQ(command->errCodeToVisualString(), row.visual);
+  }
+}
+
+TEST(SrvNewClientVersionAvailTest, ShowsTheTextsThatTypeAndStyleAskFor) {
+  const std::string forced = R"(In our continuous efforts to provide you with the best
+online poker experience we have upgraded our software.
+You are now running an old version.  You must close the
+client and reopen it in order to get the update.
+If you continue running this version you may experience problems.
+If you do not upgrade manually the client will be forced
+to close in five minutes.  Sorry for an inconvenience.
+For more information about the new version feel free to contact the HOST.)";
+  const std::string optional = R"(In our continuous efforts to provide you with the best online poker
+experience we have upgraded our software.  You are now running an old version.
+You can close the client and reopen it in order to get the update.
+If you continue running this version you may experience problems.
+For more information about the new version feel free to contact the HOST.)";
+
+  const auto shown = [](std::uint8_t type, std::uint8_t style, const char* text) {
+    return make<SrvNewClientVersionAvail>(SrvNewClientVersionAvail::VersionType{type},
+                                          SrvNewClientVersionAvail::ShowStyle{style}, text)
+        ->getMessage();
+  };
+  EXPECT_EQ(shown(0, 0, "own"), "own");
+  EXPECT_EQ(shown(0, 1, "own"), forced);
+  EXPECT_EQ(shown(0, 2, "own"), forced + "\n\rown");
+  EXPECT_EQ(shown(0, 2, ""), forced + "\n\r");
+  EXPECT_EQ(shown(0, 3, "own"), "");
+  EXPECT_EQ(shown(1, 1, "own"), optional);
+  EXPECT_EQ(shown(1, 2, nullptr), optional + "\n\r");
+  EXPECT_EQ(shown(1, 255, "own"), "");
+  EXPECT_EQ(shown(2, 0, "own"), "own");
+  EXPECT_EQ(shown(2, 1, "own"), "");
+  EXPECT_EQ(shown(255, 2, "own"), "\n\rown");
+}
+
+TEST(ServiceNotAvailableTest, TakesNullForAnEmptyAddress) {
+  const auto command = make<ServiceNotAvailable>("10.0.0.2:7000");
+  command->init(nullptr);
+  EXPECT_EQ(command->newServer(), "");
+  EXPECT_EQ(bodyOf(*command), Bytes{0});
+}
+
+template <class T>
+class SecureChannel : public testing::Test {};
+using SecureChannelCommands = testing::Types<ClSSLHandshakeData, SrvSSLHandshakeData>;
+TYPED_TEST_SUITE(SecureChannel, SecureChannelCommands);
+
+TYPED_TEST(SecureChannel, CarriesRecordsOfEverySizeOneAfterTheOther) {
+  const auto command = make<TypeParam>();
+  const auto other = make<TypeParam>();
+  for (const std::uint32_t size : {300u, 1u, 70000u, 0u, 10u}) {
+    Bytes data(size);
+    for (std::size_t i = 0; i < size; ++i) data[i] = static_cast<std::uint8_t>(i * 7);
+    command->init(data.data(), size, SSLDataType{9});
+    const Bytes expected = data;
+    data.assign(size, 0xEE);  // the command has a copy
+
+    const Bytes body = bodyOf(*command);
+    ASSERT_EQ(body.size(), 4 + size + 1);
+    EXPECT_EQ(body[0] | body[1] << 8 | body[2] << 16 | body[3] << 24, static_cast<int>(size));
+    EXPECT_EQ(decode(*other, body), "");
+    EXPECT_EQ(Bytes(other->data(), other->data() + other->size()), expected);
+    EXPECT_EQ(other->sslDataType(), SSLDataType{9});
+  }
+}
+
+TYPED_TEST(SecureChannel, TakesNullForAnEmptyRecord) {
+  for (const std::uint32_t size : {0u, 5u}) {
+    const auto command = make<TypeParam>(&kRecord[0], 10u, SSLDataType{1});
+    command->init(nullptr, size, SSLDataType{2});
+    EXPECT_EQ(command->size(), 0u);
+    EXPECT_EQ(bodyOf(*command), (Bytes{0, 0, 0, 0, 2}));
+  }
+}
+
+TYPED_TEST(SecureChannel, RejectsSizeAboveBytesLeftBeforeMakingRoom) {
+  const auto command = make<TypeParam>(&kRecord[0], 3u, SSLDataType{1});
+  for (const Bytes& body :
+       {Bytes{0xFF, 0xFF, 0xFF, 0xFF, 1, 2, 3, 4}, Bytes{0, 0, 0, 0x80, 1, 2, 3, 4}, Bytes{5, 0, 0, 0, 1, 2, 3, 4}}) {
+    std::uint32_t position = 0;
+    EXPECT_EQ(decode(*command, body, &position), "CommandBuf::readNumber - bufSize == 0");
+    EXPECT_EQ(position, 4u);
+    EXPECT_EQ(command->size(), 3u);  // nobody asked for more room
+  }
+  // The record is whole; the type behind it is missing.
+  EXPECT_EQ(decode(*command, {4, 0, 0, 0, 1, 2, 3, 4}), "CommandBuf::readNumber - bufSize == 0");
+}
+
+TYPED_TEST(SecureChannel, WipesBytesOfEarlierRecordsToo) {
+  const Bytes secret(100, 0xAB);
+  const auto command = make<TypeParam>(secret.data(), 100u, SSLDataType{1});
+  command->init(secret.data(), 3, SSLDataType{1});
+  const volatile unsigned char* kept = command->data();  // the storage stays the object's own
+  ASSERT_EQ(kept[99], 0xAB) << "the longer record's storage is not kept";
+  command->wipeSecrets();
+  EXPECT_EQ(command->size(), 0u);
+  for (int i = 0; i < 100; ++i) ASSERT_EQ(kept[i], 0) << i;
+}
+
+}  // namespace
+}  // namespace poker
