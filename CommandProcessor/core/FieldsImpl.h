@@ -2,6 +2,7 @@
 
 // The bodies that every command shares: a frame, then its field list. Included by the sources of commands alone.
 
+#include <CommandProcessor/core/BaseCommand.h>
 #include <CommandProcessor/core/ProcessorFamily.h>
 #include <CommandProcessor/types/TypeCodecs.h>
 #include <CommandProcessor/wire/FieldArchives.h>
@@ -30,5 +31,21 @@ void deserializeFields(T& command, DeserializeCommandBuf& buf) {
   FieldReader<DeserializeCommandBuf> reader(buf);
   FieldAccess::fields(command, reader);
 }
+
+template <class T, class Base>
+BaseCommand<T, Base>::~BaseCommand() = default;
+
+template <class T, class Base>
+void BaseCommand<T, Base>::serialize(SerializeCommandBuf& buf) const {
+  serializeFields(static_cast<const T&>(*this), Base::Traits::family, buf);
+}
+
+template <class T, class Base>
+void BaseCommand<T, Base>::deserialize(DeserializeCommandBuf& buf) {
+  deserializeFields(static_cast<T&>(*this), buf);
+}
+
+template <class T, class Base>
+void BaseCommand<T, Base>::process(Results&, Processor&) {}
 
 }  // namespace poker

@@ -11,9 +11,10 @@ namespace poker {
 template <class ProcessorType>
 class COMMANDPROCESSOR_API PokerCommandTmpl : public PokerCommand {
  public:
-  using Processor = typename ProcessorTraits<ProcessorType>::Processor;
-  using Results = typename ProcessorTraits<ProcessorType>::Results;
-  using TypeCode = typename ProcessorTraits<ProcessorType>::TypeCode;
+  using Traits = ProcessorTraits<ProcessorType>;
+  using Processor = typename Traits::Processor;
+  using Results = typename Traits::Results;
+  using TypeCode = typename Traits::TypeCode;
 
   bool dispatch(CmdDispatcherI& dispatcher) override;
   std::uint32_t getTypeCode() const override;

@@ -33,7 +33,7 @@ class Cache_CmdList : public Queue<T*> {
   void clearMe() { this->deleteContent(); }
 
  private:
-  T& create() {
+  COMMANDPROCESSOR_COLD T& create() {
     if (!registered_) {
       registerPool(typeid(T), data_);
       registered_ = true;

@@ -82,7 +82,14 @@ class Queue<T*> {
   }
   /// Makes room for `size` items in all, so that pushes up to there cannot fail. For callers that hold the lock.
   void reserve(std::uint32_t size) {
-    if (size <= capacity_) return;
+    if (size > capacity_) growTo(size);
+  }
+  CriticalSection& lock() const { return lock_; }
+
+ private:
+  static constexpr std::uint32_t kFirstCapacity = 16;
+
+  COMMANDPROCESSOR_COLD void growTo(std::uint32_t size) {
     std::uint32_t capacity = capacity_ == 0 ? kFirstCapacity : capacity_;
     while (capacity < size) {
       if (capacity > std::numeric_limits<std::uint32_t>::max() / 2) throw std::bad_alloc();
@@ -94,14 +101,9 @@ class Queue<T*> {
     capacity_ = capacity;
     head_ = 0;
   }
-  CriticalSection& lock() const { return lock_; }
-
- private:
-  static constexpr std::uint32_t kFirstCapacity = 16;
-
   void push(T* item) {
     const std::uint32_t size = size_.load(std::memory_order_relaxed);
-    if (size == capacity_) reserve(size + 1);
+    if (size == capacity_) growTo(size + 1);
     ring_[(head_ + size) & (capacity_ - 1)] = item;
     size_.store(size + 1, std::memory_order_relaxed);
   }

@@ -86,7 +86,7 @@ TEST(CommandDeathTest, FaultsOnADeadCommand) {
   auto* command = new (place) Probe<SrvCmdProcessorType>;
   auto* const root = static_cast<PokerCommandI*>(command);
   std::destroy_at(command);
-  const auto use = [EXPECT_EXIT(root->checkValidAndThrow(), testing::KilledBySignal(SIGFPE), "");] {
+  const auto use = [&] {
     std::signal(SIGFPE, SIG_DFL);  // sanitizers have a handler of their own
     root->checkValidAndThrow();
   };
