@@ -1,4 +1,6 @@
 #include <CommandProcessor/types/RealMoneyType.h>
+#include <CommandProcessor/wire/DeserializeCommandBuf.h>
+#include <CommandProcessor/wire/SerializeCommandBuf.h>
 
 #include <algorithm>
 #include <charconv>
@@ -151,6 +153,14 @@ std::size_t RealMoneyType::split(std::size_t n, std::vector<RealMoneyType>& shar
     if (++position == n) position = 0;
   }
   return start;
+}
+
+void RealMoneyType::serialize(SerializeCommandBuf& buf) const { buf << hundredths(); }
+
+void RealMoneyType::deserialize(DeserializeCommandBuf& buf) {
+  std::int64_t hundredths;
+  buf >> hundredths;
+  *this = fromHundredths(hundredths);
 }
 
 }  // namespace poker

@@ -12,6 +12,9 @@
 
 namespace poker {
 
+class DeserializeCommandBuf;
+class SerializeCommandBuf;
+
 /// The integers an amount is calculated with: every one whose whole range fits 64 signed bits. An unsigned 64-bit value
 /// (a `size()` on most machines), a bool and a char are refused; the caller casts what it means.
 template <typename T>
@@ -65,6 +68,11 @@ class COMMANDPROCESSOR_API RealMoneyType {
   /// Decimal text: no fraction for whole amounts ("12"), otherwise always two digits ("-0.50", "1.05"). The "$" stands
   /// before the sign ("$-0.50").
   [[nodiscard]] std::string toString(DollarSign sign = DollarSign::kOmit) const;
+
+  /// Travels as the 64-bit count of hundredths.
+  void serialize(SerializeCommandBuf& buf) const;
+  /// @throws CommandDeserializeException*
+  void deserialize(DeserializeCommandBuf& buf);
 
   constexpr RealMoneyType& operator+=(RealMoneyType other) noexcept {
     if (__builtin_add_overflow(hundredths_, other.hundredths_, &hundredths_)) {

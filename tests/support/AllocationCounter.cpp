@@ -1,0 +1,47 @@
+#include <tests/support/AllocationCounter.h>
+
+#include <malloc.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+struct Allocations {
+  std::size_t calls;
+  std::ptrdiff_t alive;
+  std::ptrdiff_t peak;
+};
+thread_local constinit Allocations allocations{};
+
+}  // namespace
+
+void* operator new(std::size_t size) {
+  void* const memory = std::malloc(size == 0 ? 1 : size);
+  if (memory == nullptr) throw std::bad_alloc();
+  ++allocations.calls;
+  allocations.alive += static_cast<std::ptrdiff_t>(malloc_usable_size(memory));
+  allocations.peak = std::max(allocations.peak, allocations.alive);
+  return memory;
+}
+
+void operator delete(void* memory) noexcept {
+  if (memory == nullptr) return;
+  allocations.alive -= static_cast<std::ptrdiff_t>(malloc_usable_size(memory));
+  std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t) noexcept { operator delete(memory); }
+
+namespace poker::test {
+
+AllocationCounter::AllocationCounter() : callsBefore_(allocations.calls), aliveBefore_(allocations.alive) {
+  allocations.peak = allocations.alive;
+}
+
+std::size_t AllocationCounter::calls() const { return allocations.calls - callsBefore_; }
+
+std::size_t AllocationCounter::peak() const { return static_cast<std::size_t>(allocations.peak - aliveBefore_); }
+
+}  // namespace poker::test

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstddef>
+
+namespace poker::test {
+
+/// What `operator new` has handed to this thread since the counter was made. (The writer's array comes from malloc and
+/// is not seen: look at its data() and capacity().)
+class AllocationCounter {
+ public:
+  AllocationCounter();
+  /// Calls.
+  std::size_t calls() const;
+  /// The most bytes that were alive at once, beyond those alive at the start.
+  std::size_t peak() const;
+
+ private:
+  std::size_t callsBefore_;
+  std::ptrdiff_t aliveBefore_;
+};
+
+}  // namespace poker::test
