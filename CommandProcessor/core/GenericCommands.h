@@ -44,19 +44,23 @@ class COMMANDPROCESSOR_API NumberCommandEx : public Base {
   Held number_ = {};
 };
 
-/// A command with one string. A null pointer given to init() is an empty string.
+/// A command with one string, behind the fields that the base may have of its own. A null pointer given to init() is an
+/// empty string.
 template <class Base, class TypeCode>
 class COMMANDPROCESSOR_API StringCommand : public Base {
  public:
   void init(const char* text) {
-    this->clearConnections();
+    Base::init();
     text_ = text != nullptr ? text : "";
   }
 
  protected:
   explicit StringCommand(TypeCode code) : Base(code) {}
   const std::string& text() const { return text_; }
-  static void fields(auto& self, auto&& field) { field("text", self.text_); }
+  static void fields(auto& self, auto&& field) {
+    if constexpr (requires { Base::fields(self, field); }) Base::fields(self, field);
+    field("text", self.text_);
+  }
 
   std::string text_;
 };

@@ -211,9 +211,9 @@ struct StringCodec : CodecBase {
   }
   void reset() const { held.clear(); }
   void wipe() const {
-    held.resize(held.capacity());
-    for (volatile char& c : held) c = 0;
-    held.clear();
+    zero();
+    held.shrink_to_fit();
+    zero();  // and what an earlier, shorter secret left inside the string object
   }
   void inspect(Field field, FieldVisitor& visitor, bool assign) const {
     field.type = FieldType::String;
@@ -222,6 +222,13 @@ struct StringCodec : CodecBase {
     if (!assign) return;
     if (value.find('\0') != std::string::npos) throw FieldValueError(field, "a string cannot hold a NUL");
     held = std::move(value);
+  }
+
+ private:
+  void zero() const {
+    held.resize(held.capacity());
+    for (volatile char& c : held) c = 0;
+    held.clear();
   }
 };
 

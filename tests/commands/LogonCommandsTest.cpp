@@ -1,0 +1,422 @@
+#include <CommandProcessor/commands/session/SessionCommands.h>
+#include <CommandProcessor/core/FieldsImpl.h>
+#include <CommandProcessor/core/GenericCommands.h>
+#include <inspect/CommandText.h>
+#include <tests/support/AllocationCounter.h>
+#include <tests/support/WireBytes.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <iterator>
+#include <memory>
+#include <string>
+#include <typeinfo>
+#include <vector>
+
+namespace poker {
+
+// A stand-in for a misc command with a string that is handled on behalf of a user.
+class UserNote : public BaseCommand<UserNote, StringCommand<ClMiscUserBased, MiscCommandType>> {
+ public:
+  UserNote() : BaseCommand(MiscCommandType::ClMiscChnagePassword) {}
+
+ private:
+  friend FieldAccess;
+  static void fields(auto& self, auto&& field) { StringCommand::fields(self, field); }
+};
+template class BaseCommand<UserNote, StringCommand<ClMiscUserBased, MiscCommandType>>;
+
+namespace {
+
+using namespace CommonTypes;
+using test::Bytes;
+using test::decode;
+using test::encode;
+
+struct Release {
+  void operator()(PokerCommandI* command) const { command->release(); }
+};
+template <class T>
+using Pooled = std::unique_ptr<T, Release>;
+
+template <class T, class... Args>
+Pooled<T> make(Args&&... args) {
+  Pooled<T> command(&CachedCmdCreator<T>::create());
+  command->init(std::forward<Args>(args)...);
+  return command;
+}
+
+Bytes bodyOf(const PokerCommandI& command) {
+  const Bytes bytes = encode(command);
+  return {bytes.begin() + 2, bytes.end()};
+}
+
+const std::string kLong = "a text that is much too long for the storage inside a string";
+const HardwareInfo kMachine({"00-1B-44-11-3A-B7", kLong}, {"WD-1"}, "PC");
+
+NewAccountInfo filledForm() {
+  NewAccountInfo form;
+  for (std::string* text :
+       {&form.userName, &form.password, &form.firstName, &form.lastName, &form.email, &form.address, &form.city,
+        &form.state, &form.zipCode, &form.country, &form.phone, &form.birthDate, &form.referral, &form.bonusCode}) {
+    *text = kLong;
+  }
+  form.wantsNews = true;
+  form.affiliateID = 0xFFFFFFFF;
+  form.hardware = kMachine;
+  return form;
+}
+
+struct Sample {
+  PokerCommandI* fresh;  // as its constructor leaves it
+  PokerCommandI* used;   // filled with large values
+  std::function<void()> init;
+};
+
+template <class T>
+Sample sample(void (*fill)(T&)) {
+  CachedCmdCreator<T>::clearCache();  // the pool has to construct
+  T& fresh = CachedCmdCreator<T>::create();
+  T& used = CachedCmdCreator<T>::create();
+  fill(used);
+  return {&fresh, &used, [&used, fill] { fill(used); }};
+}
+
+class LogonCommands : public testing::Test {
+ protected:
+  ~LogonCommands() override {
+    for (const Sample& each : samples_) {
+      each.fresh->release();
+      each.used->release();
+    }
+  }
+
+  const std::vector<Sample> samples_{
+      sample<ClLogon>([](ClLogon& c) { c.init(kLong.c_str(), kLong.c_str(), kMachine, "ab\0c", 4, true, true); }),
+      sample<SrvLogonOk>([](SrvLogonOk& c) {
+        c.init(kLong, kLong.c_str(), true, RealMoneyAcc(65535), true);
+        c.prevSeatID(9);
+      }),
+      sample<SrvLogonError>([](SrvLogonError& c) { c.init(PinChanged, kLong); }),
+      sample<SrvLogonChange>([](SrvLogonChange& c) { c.init(true, true, RealMoneyAcc(65535), true); }),
+      sample<ClSendUserPass>([](ClSendUserPass& c) { c.init(kLong.c_str()); }),
+      sample<SrvRequestPass>([](SrvRequestPass& c) { c.init(); }),
+      sample<SrvPasswordError>([](SrvPasswordError& c) { c.init(SrvPasswordError::NotAuthorized, true); }),
+      sample<ClMakeNewAccount>([](ClMakeNewAccount& c) {
+        RawDataHolder raw("\1\2\3", 3);
+        c.init(filledForm(), raw, Int2StringSer{{7, kLong}, {-1, "x"}});
+      }),
+      sample<SrvRegistrationOk>([](SrvRegistrationOk& c) { c.init(CountryNotAllowed, kLong.c_str()); }),
+      sample<SrvRegistrationFail>([](SrvRegistrationFail& c) { c.init(255); }),
+      sample<ClValidateEmail>([](ClValidateEmail& c) { c.init(kLong.c_str(), kLong.c_str()); }),
+      sample<SrvEmailValidated>([](SrvEmailValidated& c) { c.init(kLong.c_str()); }),
+      sample<ClMyNewScreenName>([](ClMyNewScreenName& c) {
+        char frID[] = {1, 0, 2};
+        c.init(kLong.c_str(), kLong.c_str(), kMachine, kLong.c_str(), frID, 3);
+      }),
+      sample<SrvShowSignOnUser>([](SrvShowSignOnUser& c) { c.init(9, SignOnUser{255}, true); }),
+      sample<UpdateHardwareInfo>([](UpdateHardwareInfo& c) { c.init(-1, kMachine, kLong); }),
+  };
+};
+
+TEST_F(LogonCommands, NothingOfAnEarlierUseStays) {
+  for (const Sample& each : samples_) {
+    SCOPED_TRACE(typeid(*each.used).name());
+    each.used->setConnID(5);
+    each.init();
+    EXPECT_TRUE(each.used->connections().empty());
+
+    each.used->setConnID(5);
+    EXPECT_EQ(decode(*each.used, bodyOf(*each.fresh)), "");
+    EXPECT_TRUE(each.used->connections().empty());
+    EXPECT_EQ(encode(*each.used), encode(*each.fresh));
+  }
+}
+
+TEST_F(LogonCommands, ClonesCarryEverythingAndAreTheirOwn) {
+  for (const Sample& each : samples_) {
+    SCOPED_TRACE(typeid(*each.used).name());
+    each.used->setConnID(5);
+    const Bytes before = encode(*each.used);
+    const Pooled<PokerCommandI> clone(each.used->clone());
+    EXPECT_EQ(decode(*each.used, bodyOf(*each.fresh)), "");
+    EXPECT_EQ(encode(*clone), before);
+    EXPECT_EQ(clone->getConnID(), 5);
+  }
+}
+
+TEST_F(LogonCommands, RejectEveryCutBody) {
+  for (const Sample& each : samples_) {
+    SCOPED_TRACE(typeid(*each.used).name());
+    const Bytes body = bodyOf(*each.used);
+    for (std::size_t size = 0; size < body.size(); ++size) {
+      EXPECT_TRUE(test::isReadMessage(decode(*each.fresh, Bytes(body.data(), body.data() + size)))) << size;
+    }
+    EXPECT_EQ(decode(*each.fresh, body), "");
+    EXPECT_EQ(bodyOf(*each.fresh), body);
+  }
+}
+
+TEST_F(LogonCommands, OnlyLogonOkMarksTheBufferAsPrivate) {
+  for (const Sample& each : samples_) {
+    SCOPED_TRACE(typeid(*each.used).name());
+    SerializeCommandBuf buf(16);
+    each.used->serialize(buf);
+    EXPECT_EQ(buf.mark(), typeid(*each.used) == typeid(SrvLogonOk));
+    buf.setMark();
+    each.used->serialize(buf);
+    EXPECT_TRUE(buf.mark()) << "the mark of an earlier command is lost";
+  }
+}
+
+TEST(SrvLogonOkTest, KeepsItsOwnFlagBits) {
+  const auto command = make<SrvLogonOk>("x", "y", false, RealMoneyAcc(), false);
+  for (int flags = 0; flags < 256; ++flags) {
+    const auto byte = static_cast<std::uint8_t>(flags);
+    EXPECT_EQ(decode(*command, {'x', 0, 100, byte, 'y', 0, 0, 0}), "");
+    EXPECT_EQ(command->chatEnabled(), (flags / 4 % 2) == 1) << flags;
+    EXPECT_EQ(command->validEmail(), (flags / 8 % 2) == 1) << flags;
+    EXPECT_EQ(bodyOf(*command)[3], flags & 0x0C);
+  }
+  EXPECT_EQ(bodyOf(*make<SrvLogonOk>("", "", false, RealMoneyAcc(), true))[2], 0x04);
+  EXPECT_EQ(bodyOf(*make<SrvLogonOk>("", "", true, RealMoneyAcc(), false))[2], 0x08);
+}
+
+TEST(SrvLogonChangeTest, KeepsItsOwnFlagBits) {
+  const auto command = make<SrvLogonChange>(false, false, RealMoneyAcc(), false);
+  for (int flags = 0; flags < 256; ++flags) {
+    EXPECT_EQ(decode(*command, {static_cast<std::uint8_t>(flags), 1, 2}), "");
+    EXPECT_EQ(command->validEmail(), (flags % 2) == 1) << flags;
+    EXPECT_EQ(command->chatEnabled(), (flags / 2 % 2) == 1) << flags;
+    EXPECT_EQ(command->isSetupResponse(), (flags / 4 % 2) == 1) << flags;
+    EXPECT_EQ(bodyOf(*command), (Bytes{static_cast<std::uint8_t>(flags % 8), 1, 2}));
+  }
+  EXPECT_EQ(bodyOf(*make<SrvLogonChange>(true, false, RealMoneyAcc(), false))[0], 0x01);
+  EXPECT_EQ(bodyOf(*make<SrvLogonChange>(false, true, RealMoneyAcc(), false))[0], 0x02);
+  EXPECT_EQ(bodyOf(*make<SrvLogonChange>(false, false, RealMoneyAcc(), true))[0], 0x04);
+}
+
+TEST(SrvLogonOkTest, PreviousSeatOutlivesCloneAndNotInit) {
+  const auto command = make<SrvLogonOk>("x", nullptr, true, RealMoneyAcc(3), true);
+  EXPECT_FALSE(command->prevSeatID().isValid());
+  command->prevSeatID(7);
+  const Pooled<PokerCommandI> clone(command->clone());
+  command->init("x", nullptr, true, RealMoneyAcc(3), true);
+  EXPECT_EQ(command->prevSeatID(), SeatID(100));
+  EXPECT_EQ(dynamic_cast<SrvLogonOk&>(*clone).prevSeatID(), SeatID(7));
+}
+
+TEST(SrvLogonErrorTest, KeepsEveryTextByteForByte) {
+  const std::string texts[] = {
+      "",
+      "Bad user code or password !",
+      "Your account was banned. Please contact management staff.",
+      "Your account was locked. Please contact management staff.",
+      R"(There is already another account open from this computer. Only one account per user is allowed.
+Please contact management staff.)",
+      R"(The account you are trying to use is already logged in.
+If this is not authorized, or for more information, please contact the HOST.
+You may also call customer support at @>PHONE<@.)",
+      R"(Please choose a screename that will be used
+to identify you when you play, sit, or chat
+at our tables and tournaments.)",
+      "",
+      R"(Your Log-In PIN has been changed so you can use all of our products with the same
+PIN and Password. To find out more about our games and wagering services, please
+visit our website. Your screenname for Poker will remain unchanged at the tables,
+but you must use your new PIN to log-in from now on.
+Your new PIN number is: 4711)",
+  };
+  for (int code = 0; code < 256; ++code) {
+    const auto command = make<SrvLogonError>(static_cast<LogonRetCodes>(code), "4711");
+    EXPECT_EQ(command->code(), code);
+    EXPECT_EQ(command->getGUIMessage(), code < 9 ? texts[code] : "") << code;
+  }
+}
+
+TEST(SrvRegistrationFailTest, KeepsEveryTextByteForByte) {
+  const std::string other = "Account could not be created at this time.\nPlease try again later.";
+  const std::string texts[] = {
+      other,
+      "An account from this computer could not be created \ndue to conflicting hardware values.",
+      other,
+      "An account with the chosen user name already exists!\nChoose another user name please.",
+      "The specified referral does not exists!\n",
+      R"(The country you have chosen is not allowed.
+Please apply for an account from an alternative address.
+Please contact support for more details.)",
+  };
+  for (int result = 0; result < 256; ++result) {
+    const auto command = make<SrvRegistrationFail>(static_cast<unsigned char>(result));
+    EXPECT_EQ(command->result(), result);
+    EXPECT_EQ(command->errorMsg(), result < 6 ? texts[result] : other) << result;
+  }
+}
+
+TEST(SrvPasswordErrorTest, KeepsEveryTextByteForByte) {
+  for (int reason = 0; reason < 256; ++reason) {
+    const auto command = make<SrvPasswordError>(static_cast<SrvPasswordError::ReasonID>(reason), false);
+    EXPECT_STREQ(command->reasonToStr(),
+                 reason == 1 ? "Sorry, your authorization password for this table is wrong." : "Wrong password !");
+  }
+}
+
+TEST(ClLogonTest, OwnsTheAffiliateBytes) {
+  char affiliate[] = {'a', 0, 'b'};
+  const auto command = make<ClLogon>("u", "p", HardwareInfo(), affiliate, 3, false, false);
+  affiliate[0] = 'z';
+  ASSERT_EQ(command->getAffNumSize(), 3);
+  EXPECT_EQ(std::string(command->getAffiliateNumber(), 3), std::string("a\0b", 3));
+  // A size that cannot be, and no bytes at all, are no affiliate.
+  for (const auto& [bytes, size] : {std::pair<const char*, int>{affiliate, -1}, {affiliate, INT32_MIN}, {nullptr, 3}}) {
+    command->init(nullptr, nullptr, HardwareInfo(), bytes, size, true, false);
+    EXPECT_EQ(bodyOf(*command), (Bytes{0, 0, 0, 0, 0, 0, 0, 1, 0}));
+  }
+}
+
+TEST(ClLogonTest, RejectsNegativeAndTooLargeSizesBeforeMakingRoom) {
+  const auto command = make<ClLogon>("", "", HardwareInfo(), "abc", 3, false, false);
+  for (const char* size : {"FF FF FF FF", "00 00 00 80", "FF FF FF 7F", "05 00 00 00"}) {
+    const test::AllocationCounter counter;
+    EXPECT_EQ(decode(*command, test::hex("00 00 00" + std::string(size) + "01 02 03 04")), test::kNumberFails) << size;
+    EXPECT_LT(counter.peak(), 1024u);
+  }
+}
+
+TEST(HardwareInfoTest, RejectsListCountAboveBytesLeft) {
+  HardwareInfo info;
+  for (const char* body : {"01 FF FF FF FF 61 00", "01 00 00 00 00 FF FF FF 7F 61 00", "01 00 00 00 80"}) {
+    const test::AllocationCounter counter;
+    EXPECT_TRUE(test::isReadMessage(decode(info, test::hex(body)))) << body;
+    EXPECT_LT(counter.peak(), 1024u);
+  }
+}
+
+TEST(HardwareInfoTest, IsOneByteOnlyWhenAllThreeAreEmpty) {
+  EXPECT_EQ(encode(HardwareInfo()), Bytes{0});
+  EXPECT_EQ(encode(HardwareInfo({""}, {}, "")).size(), 1 + 4 + 1 + 4 + 1u);
+  EXPECT_EQ(encode(HardwareInfo({}, {""}, "")).size(), 1 + 4 + 4 + 1 + 1u);
+  EXPECT_EQ(encode(HardwareInfo({}, {}, "m")).size(), 1 + 4 + 4 + 2u);
+  HardwareInfo used = kMachine;
+  EXPECT_EQ(decode(used, {0}), "");
+  EXPECT_EQ(used, HardwareInfo());
+}
+
+// The commands differ from their init() in what comes first; the golden bytes know only the fields' names.
+TEST(LogonInit, PutsEveryArgumentInItsPlace) {
+  const auto ok = make<SrvRegistrationOk>(UserNameTaken, "ann");
+  EXPECT_EQ(bodyOf(*ok), test::hex("61 6E 6E 00 03"));
+  EXPECT_EQ(bodyOf(*make<SrvShowSignOnUser>(SeatID(4), SignOnUser::Disconnected, true)), test::hex("01 04 01"));
+  EXPECT_EQ(bodyOf(*make<SrvPasswordError>(SrvPasswordError::ReasonID{5}, true)), test::hex("05 01"));
+  EXPECT_EQ(bodyOf(*make<ClLogon>("a", "b", HardwareInfo({}, {}, "m"), "c", 1, false, true)),
+            test::hex("61 00 62 00 01 00000000 00000000 6D 00 01000000 63 00 01"));
+  EXPECT_EQ(bodyOf(*make<ClValidateEmail>("a", "b")), test::hex("61 00 62 00"));
+
+  char frID[] = {9};
+  const auto name = make<ClMyNewScreenName>("a", "b", HardwareInfo({"c"}, {}, ""), "d", frID, 1);
+  EXPECT_EQ(bodyOf(*name), test::hex("61 00 62 00 64 00 01000000 09 01 01000000 63 00 00000000 00"));
+  name->init(nullptr, nullptr, HardwareInfo(), nullptr, nullptr, 5);
+  EXPECT_EQ(bodyOf(*name), Bytes(3 + 4 + 1));
+  name->init("", "", HardwareInfo(), "", frID, -1);
+  EXPECT_EQ(bodyOf(*name), Bytes(3 + 4 + 1));
+
+  RawDataHolder raw("\x5", 1);
+  const auto account = make<ClMakeNewAccount>(NewAccountInfo(), raw, Int2StringSer{{1, "x"}});
+  Bytes body(10 + 1 + 4 + 4 + 1);
+  for (const int byte : {1, 1, 0, 0, 0, 0x78, 0, 1, 0, 0, 0, 5}) body.push_back(static_cast<std::uint8_t>(byte));
+  EXPECT_EQ(bodyOf(*account), body);
+  EXPECT_EQ(raw.size(), 1u) << "the caller's data is a copy's source";
+}
+
+TEST(UpdateHardwareInfoTest, StaysInMemory) {
+  const auto command = make<UpdateHardwareInfo>(-7, kMachine, "10.0.0.1");
+  EXPECT_EQ(encode(*command), (Bytes{113, 6}));
+  const Pooled<PokerCommandI> owner(command->clone());
+  const auto& clone = dynamic_cast<UpdateHardwareInfo&>(*owner);
+  EXPECT_EQ(decode(*command, {}), "");
+  EXPECT_EQ(command->userID(), 0);
+  EXPECT_EQ(command->info(), HardwareInfo());
+  EXPECT_EQ(command->ip(), "");
+  EXPECT_EQ(clone.userID(), -7);
+  EXPECT_EQ(clone.info(), kMachine);
+  EXPECT_EQ(clone.ip(), "10.0.0.1");
+}
+
+TEST(ClMiscUserBasedTest, UserNeverTravelsAndNeverStays) {
+  ClMiscUserBased base(MiscCommandType::ClMiscCashierInfo);
+  base.init(5);
+  EXPECT_EQ(encode(base), (Bytes{105, 6}));
+  EXPECT_EQ(decode(base, {}), "");
+  EXPECT_EQ(base.userID(), 0);
+
+  RawDataHolder raw;
+  const auto account = make<ClMakeNewAccount>(NewAccountInfo(), raw, Int2StringSer());
+  UserNote note;
+  note.init("x");
+  const auto expectForgotten = [](auto& command, auto&& reuse) {
+    command.setUserID(5);
+    const Bytes bytes = encode(command);
+    reuse();
+    EXPECT_EQ(command.userID(), 0);
+    EXPECT_EQ(encode(command), bytes) << "the user shows on the wire";
+  };
+  expectForgotten(*account, [&] { account->init(NewAccountInfo(), raw, Int2StringSer()); });
+  expectForgotten(*account, [&] { EXPECT_EQ(decode(*account, bodyOf(*account)), ""); });
+  expectForgotten(note, [&] { note.init("x"); });
+  expectForgotten(note, [&] { EXPECT_EQ(decode(note, bodyOf(note)), ""); });
+  EXPECT_EQ(encode(note), (Bytes{107, 6, 'x', 0}));
+}
+
+/// Fills a command with secrets of a length, and expects that no log shows them and that none of their bytes stays.
+template <class T>
+void expectKeptSecret(std::size_t length, const std::function<void(T&, const std::string&)>& fill,
+                      const std::vector<const std::string* (*)(const T&)>& secrets) {
+  SCOPED_TRACE(typeid(T).name() + std::string(" ") + std::to_string(length));
+  const Pooled<T> command(&CachedCmdCreator<T>::create());
+  fill(*command, std::string(length, 'Q'));
+  EXPECT_EQ(fieldsAsText(*command).find('Q'), std::string::npos) << fieldsAsText(*command);
+
+  std::vector<const volatile char*> places;  // the storage stays the object's own
+  for (const auto secret : secrets) {
+    ASSERT_EQ(*secret(*command), std::string(length, 'Q'));
+    places.push_back(secret(*command)->data());
+  }
+  command->wipeSecrets();
+  for (const volatile char* place : places)
+    EXPECT_TRUE(std::all_of(place, place + length, [](char c) { return c == 0; }));
+  const auto* const object = reinterpret_cast<const unsigned char*>(command.get());
+  EXPECT_EQ(std::count(object, object + sizeof(T), 'Q'), 0) << "bytes stay inside the object";
+}
+
+TEST(LogonSecrets, AreMaskedInLogsAndLeaveNoByteWhenWiped) {
+  const char* const plain = "plain";
+  for (const std::size_t length : {15u, 100u}) {
+    using Text = const std::string&;
+    expectKeptSecret<ClLogon>(length,
+                              [&](auto& c, Text s) { c.init(plain, s.c_str(), kMachine, plain, 5, true, true); },
+                              {[](const ClLogon& c) { return &c.password(); }});
+    expectKeptSecret<SrvLogonError>(length, [](auto& c, Text s) { c.init(PinChanged, s); },
+                                    {[](const SrvLogonError& c) { return &c.getNewPin(); }});
+    expectKeptSecret<ClSendUserPass>(length, [](auto& c, Text s) { c.init(s.c_str()); },
+                                     {[](const ClSendUserPass& c) { return &c.getPassword(); }});
+    expectKeptSecret<ClValidateEmail>(length, [&](auto& c, Text s) { c.init(plain, s.c_str()); },
+                                      {[](const ClValidateEmail& c) { return &c.emailCode(); }});
+    expectKeptSecret<ClMyNewScreenName>(
+        length, [&](auto& c, Text s) { c.init(plain, s.c_str(), kMachine, s.c_str(), nullptr, 0); },
+        {[](const ClMyNewScreenName& c) { return &c.password(); },
+         [](const ClMyNewScreenName& c) { return &c.pinCode(); }});
+    expectKeptSecret<ClMakeNewAccount>(length,
+                                       [](auto& c, Text s) {
+                                         NewAccountInfo form;
+                                         form.password = s;
+                                         RawDataHolder raw;
+                                         c.init(form, raw, Int2StringSer());
+                                       },
+                                       {[](const ClMakeNewAccount& c) { return &c.accountInfo().password; }});
+  }
+}
+
+}  // namespace
+}  // namespace poker
