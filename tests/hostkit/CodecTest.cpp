@@ -1,0 +1,253 @@
+#include <gtest/gtest.h>
+#include <hostkit/CommandFactory.h>
+#include <hostkit/Decode.h>
+#include <hostkit/SessionState.h>
+
+#include <map>
+#include <string>
+
+#include <tests/support/AllocationCounter.h>
+#include "HostKitUse.h"
+
+namespace poker::test {
+namespace {
+
+using Kind = DecodeError::Kind;
+
+constexpr DecodePolicy kServer = DecodePolicy::of(Side::Server);
+constexpr DecodePolicy kClient = DecodePolicy::of(Side::Client);
+
+std::span<const std::uint8_t> withoutSlot(const Bytes& frame) { return std::span(frame).subspan(4); }
+
+struct Sample {
+  Bytes frame;
+  DecodePolicy policy;
+};
+
+const unsigned char kSecret[] = {1, 2, 3, 4, 5};
+
+/// One frame of each class that opens, keeps or ends a session.
+std::map<std::string, Sample> sessionFrames() {
+  return {
+      {"ClHandShake", {frame<ClHandShake>(0x01020304u), kServer}},
+      {"ClKeepAlive", {frame<ClKeepAlive>(77u), kServer}},
+      {"ClPing", {frame<ClPing>(std::uint8_t{3}, 0x1FFu), kServer}},
+      {"ClBye", {frame<ClBye>(), kServer}},
+      {"ClSSLHandshakeData", {frame<ClSSLHandshakeData>(kSecret, 5u, SSLDataType{2}), kServer}},
+      {"SrvHandShaked", {frame<SrvHandShaked>(), kClient}},
+      {"SrvSSLHandshakeData", {frame<SrvSSLHandshakeData>(kSecret, 5u, SSLDataType{2}), kClient}},
+      {"SrvKeepAliveReply", {frame<SrvKeepAliveReply>(77u), kClient}},
+      {"SrvPing", {frame<SrvPing>(std::int32_t{0}), kClient}},
+      {"SrvErrorDisconnected", {frame<SrvErrorDisconnected>(SrvErrorDisconnected::Banned), kClient}},
+      {"SrvConnectError", {frame<SrvConnectError>(), kClient}},
+      {"SrvMaintenance", {frame<SrvMaintenance>("back at noon", MaintainID{1}), kClient}},
+      {"SrvBusy", {frame<SrvBusy>(), kClient}},
+      {"ServiceNotAvailable", {frame<ServiceNotAvailable>("other.example"), kClient}},
+      {"SrvNewClientVersionAvail",
+       {frame<SrvNewClientVersionAvail>(SrvNewClientVersionAvail::OptionalUpgrade,
+                                        SrvNewClientVersionAvail::StandardAndCustomText, "text"),
+        kClient}},
+      {"SrvForward", {frame<SrvForward>(), kClient}},
+  };
+}
+
+TEST(Factory, FindsEachClassByPairByNameAndByObject) {
+  for (const auto& [name, sample] : sessionFrames()) {
+    const CommandClass* byName = CommandFactory::find(name);
+    ASSERT_NE(byName, nullptr) << name;
+    EXPECT_EQ(byName, CommandFactory::find(static_cast<ProcessorFamily>(sample.frame[5]), sample.frame[4])) << name;
+    const CommandHandle<> object = CommandFactory::create(byName->family(), byName->code());
+    ASSERT_TRUE(object) << name;
+    EXPECT_EQ(CommandFactory::find(*object), byName) << name;
+    EXPECT_EQ(object->getTypeCode(), sample.frame[4]) << name;
+  }
+  for (const CommandClass& each : CommandFactory::classes()) {
+    EXPECT_EQ(&each, CommandFactory::find(each.name()));
+    EXPECT_EQ(each.create == nullptr, each.fitsOnWire == nullptr);
+  }
+}
+
+TEST(Factory, TakesThePlayMoneyRequestAndNeverTheDumpFromTheSharedPair) {
+  const CommandClass* found = CommandFactory::find(ProcessorFamily::ClientMisc, 117);
+  ASSERT_NE(found, nullptr);
+  EXPECT_EQ(found->name(), "ClMiscIncreasePlayMoney");
+  ASSERT_NE(CommandFactory::find("ClMiscDumpManager"), nullptr);
+}
+
+// Every pair on both sides, against the catalogue; the counts are those of the format.
+TEST(Decode, AnswersEachOfThe65536PairsOnBothSides) {
+  for (const DecodePolicy& policy : {kServer, kClient}) {
+    std::map<Kind, int> seen;
+    for (unsigned family = 0; family < 256; ++family) {
+      for (unsigned code = 0; code < 256; ++code) {
+        const Bytes pair = {static_cast<std::uint8_t>(code), static_cast<std::uint8_t>(family)};
+        const auto rows = findCommands(static_cast<ProcessorFamily>(family), pair[0]);
+        const DecodeResult result = decodeCommand(pair, policy);
+        const Kind kind = result.error.kind;
+        ++seen[kind];
+        ASSERT_EQ(static_cast<bool>(result), kind == Kind::None);
+        if (rows.empty()) {
+          ASSERT_EQ(kind, Kind::UnknownPair) << family << ' ' << code;
+        } else if (rows[0].direction != policy.receives) {
+          ASSERT_EQ(kind, Kind::WrongDirection) << rows[0].name;
+        } else if (family == 6 && code == 113) {
+          ASSERT_EQ(kind, Kind::NotFromNetwork);
+        } else {
+          const CommandClass& expected = *CommandFactory::find(static_cast<ProcessorFamily>(family), pair[0]);
+          ASSERT_EQ(kind == Kind::NotBuilt, expected.create == nullptr) << rows[0].name;
+          ASSERT_TRUE(kind == Kind::NotBuilt || kind == Kind::Malformed || kind == Kind::None) << rows[0].name;
+          ASSERT_EQ(result ? result.command->getTypeCode() : code, code);
+          ASSERT_EQ(kind == Kind::None ? expected.name() : result.error.className, expected.name());
+        }
+        if (kind != Kind::None) {
+          ASSERT_EQ(result.error.family, family);
+          ASSERT_EQ(result.error.code, code);
+          ASSERT_FALSE(result.error.message.empty());
+        }
+      }
+    }
+    const int toServer = 2 + 28 + 13 + 20;  // families 0, 2, 4 and 6; (6, 117) counts once
+    const int toClient = 2 + 69 + 22;       // families 0, 1 and 3
+    EXPECT_EQ(seen[Kind::UnknownPair], 65536 - toServer - toClient);
+    EXPECT_EQ(seen[Kind::WrongDirection], policy.receives == CommandDirection::ClientToServer ? toClient : toServer);
+    EXPECT_EQ(seen[Kind::NotFromNetwork], policy.receives == CommandDirection::ClientToServer ? 1 : 0);
+  }
+  EXPECT_EQ(decodeCommand({}, kServer).error.kind, Kind::NoFrame);
+  EXPECT_EQ(decodeCommand(Bytes{128}, kServer).error.kind, Kind::NoFrame);
+}
+
+TEST(Decode, RejectsTrailingBytesFromAClientAndLetsAServerAppend) {
+  for (const auto& [name, sample] : sessionFrames()) {
+    Bytes longer(sample.frame.begin() + 4, sample.frame.end());
+    longer.push_back(0x55);
+    DecodePolicy policy = sample.policy;
+    policy.rejectTrailing = true;
+    const DecodeResult strict = decodeCommand(longer, policy);
+    EXPECT_EQ(strict.error.kind, Kind::TrailingBytes) << name;
+    EXPECT_EQ(strict.error.offset, longer.size() - 1) << name;
+    EXPECT_EQ(strict.error.remaining, 1u) << name;
+    policy.rejectTrailing = false;
+    EXPECT_TRUE(decodeCommand(longer, policy)) << name;
+  }
+  EXPECT_TRUE(kServer.rejectTrailing);
+  EXPECT_FALSE(kClient.rejectTrailing);
+}
+
+// Every prefix, and every byte through all its values: a command, or one of the reader's messages with its place; the
+// object is back in its pool either way, and memory stays in proportion to the frame.
+TEST(Decode, SurvivesEveryDamageToASessionCommand) {
+  const auto tryOne = [](const std::string& name, const Bytes& bytes, const DecodePolicy& policy) {
+    const AllocationCounter memory;
+    const DecodeResult result = decodeCommand(bytes, policy);
+    EXPECT_LE(memory.peak(), decodeBudget(bytes.size())) << name;
+    if (result) return;
+    const DecodeError& error = result.error;
+    EXPECT_EQ(error.offset + error.remaining, bytes.size()) << name << ' ' << toHex(bytes);
+    if (error.kind == Kind::Malformed) {
+      EXPECT_TRUE(isReadMessage(error.message)) << error.toString();
+      EXPECT_EQ(error.className, name);
+      EXPECT_GE(error.offset, 2u);
+    } else {
+      EXPECT_EQ(error.kind, Kind::TrailingBytes) << name << ' ' << error.toString();
+    }
+  };
+  for (const auto& [name, sample] : sessionFrames()) {
+    const Bytes whole(sample.frame.begin() + 4, sample.frame.end());
+    EXPECT_TRUE(decodeCommand(whole, sample.policy)) << name;
+    for (std::size_t size = 2; size < whole.size(); ++size) {
+      const Bytes prefix(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
+      EXPECT_EQ(decodeCommand(prefix, sample.policy).error.kind, Kind::Malformed) << name << " cut at " << size;
+      tryOne(name, prefix, sample.policy);
+    }
+    for (std::size_t place = 2; place < whole.size(); ++place) {
+      Bytes damaged = whole;
+      for (int value = 0; value < 256; ++value) {
+        damaged[place] = static_cast<std::uint8_t>(value);
+        tryOne(name, damaged, sample.policy);
+      }
+    }
+  }
+}
+
+TEST(Decode, GivesTheObjectBackWhenReadingFails) {
+  const Bytes whole = frame<ClKeepAlive>(1u);
+  ASSERT_TRUE(decodeCommand(withoutSlot(whole), kServer));
+  const std::uint32_t before = idle<ClKeepAlive>();
+  for (int i = 0; i < 100; ++i) {
+    EXPECT_FALSE(decodeCommand(Bytes{128, 2, 0}, kServer));
+    EXPECT_FALSE(decodeCommand(Bytes{128, 2, 0, 0, 0, 0, 9}, kServer));
+  }
+  EXPECT_EQ(idle<ClKeepAlive>(), before);
+  EXPECT_EQ(decodeCommand(Bytes{128, 2, 0}, kServer).error.toString(),
+            "ClKeepAlive (2, 128): CommandBuf::readNumber - bufSize == 0, at 2, 1 left");
+}
+
+TEST(Decode, LeavesNoSecretInThePool) {
+  const Bytes whole = frame<ClSSLHandshakeData>(kSecret, 5u, SSLDataType{2});
+  CachedCmdCreator<ClSSLHandshakeData>::clearCache();
+  ASSERT_TRUE(decodeCommand(withoutSlot(whole), kServer));  // and released at once
+  const CommandHandle<ClSSLHandshakeData> again = CommandHandle<ClSSLHandshakeData>::create();
+  for (std::uint32_t i = 0; i < again->size(); ++i) EXPECT_EQ(again->data()[i], 0) << i;
+}
+
+TEST(Decode, AllocatesNothingOnceThePoolIsWarm) {
+  const auto samples = sessionFrames();
+  for (const auto& [name, sample] : samples)
+    ASSERT_TRUE(decodeCommand(withoutSlot(sample.frame), sample.policy)) << name;
+  for (const std::string name :
+       {"ClHandShake", "ClKeepAlive", "ClPing", "SrvKeepAliveReply", "SrvPing", "SrvMaintenance"}) {
+    const Sample& sample = samples.at(name);
+    const AllocationCounter memory;
+    for (int i = 0; i < 100; ++i) EXPECT_TRUE(decodeCommand(withoutSlot(sample.frame), sample.policy));
+    EXPECT_EQ(memory.calls(), 0u) << name;
+  }
+}
+
+TEST(Encode, ReusesTheBufferWithoutARestOfTheLastCommand) {
+  SerializeCommandBuf buffer(16);
+  encodeCommand(*make<SrvMaintenance>(std::string(500, 'x'), MaintainID{1}), buffer);
+  buffer.setMark();
+  const auto frame = encodeCommand(*make<SrvKeepAliveReply>(0x04030201u), buffer);
+  EXPECT_EQ(toHex({frame.begin(), frame.end()}), "0A 00 00 00 55 01 01 02 03 04");
+  EXPECT_FALSE(buffer.mark());
+}
+
+TEST(AllowedCommands, DenyWhatTheStateDoesNotCallFor) {
+  const AllowedCommands server = AllowedCommands::forServer();
+  struct Case {
+    const char* name;
+    const char* states;  // one letter each: Connected, ShakenHands, LoggedOn, Seated
+  };
+  for (const Case& test :
+       {Case{"ClHandShake", "C"}, Case{"ClBye", "CSLT"}, Case{"ClKeepAlive", "SLT"}, Case{"ClLogon", "S"},
+        Case{"ClMakeNewAccount", "S"}, Case{"ClGetServerInfo", "LT"}, Case{"ClSitDown", "LT"},
+        Case{"ClUserAction", "T"}, Case{"ClTourRegister", "LT"}, Case{"ClUpdateUserPic", "LT"},
+        Case{"ClScriptSetDealer", ""}, Case{"UpdateHardwareInfo", ""}, Case{"SrvLogonOk", ""}}) {
+    const CommandDescription& row = *findCommand(test.name);
+    std::string states;
+    for (const auto& [state, letter] : {std::pair{SessionState::Connected, 'C'},
+                                        {SessionState::ShakenHands, 'S'},
+                                        {SessionState::LoggedOn, 'L'},
+                                        {SessionState::Seated, 'T'}}) {
+      if (server.allows(state, row.family, row.code)) states += letter;
+    }
+    EXPECT_EQ(states, test.states) << test.name;
+    EXPECT_FALSE(server.allows(SessionState::Closing, row.family, row.code));
+  }
+  const AllowedCommands client = AllowedCommands::forClient();
+  EXPECT_TRUE(client.allows(SessionState::Connected, ProcessorFamily::Server, 92));
+  EXPECT_FALSE(client.allows(SessionState::Connected, ProcessorFamily::Server, 47));
+  EXPECT_TRUE(client.allows(SessionState::ShakenHands, ProcessorFamily::Server, 47));
+  EXPECT_FALSE(client.allows(SessionState::Seated, ProcessorFamily::Client, 122));
+  EXPECT_FALSE(client.allows(SessionState::Seated, static_cast<ProcessorFamily>(200), 1));
+
+  AllowedCommands own = server;
+  own.allow(SessionState::Seated, "ClScriptSetDealer");
+  own.deny<ClBye>(SessionState::Connected);
+  EXPECT_TRUE(own.allows(SessionState::Seated, ProcessorFamily::Client, 136));
+  EXPECT_FALSE(own.allows(SessionState::Connected, ProcessorFamily::Connection, 204));
+  EXPECT_THROW(own.allow(SessionState::Seated, "ClScriptSetDealr"), std::invalid_argument);
+}
+
+}  // namespace
+}  // namespace poker::test
