@@ -38,7 +38,7 @@ class COMMANDPROCESSOR_API Command : public Base {
   Command(const Command&) = delete;
   ~Command() override;
 
-  PokerCommandI* clone() const override;
+  PokerCommandI* clone() override;
   void serialize(SerializeCommandBuf& buf) const override;
   void deserialize(DeserializeCommandBuf& buf) override;
   void release() override;

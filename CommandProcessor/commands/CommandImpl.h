@@ -5,6 +5,7 @@
 
 #include <CommandProcessor/commands/Command.h>
 #include <CommandProcessor/commands/Handlers.h>
+#include <CommandProcessor/commands/PooledObject.h>
 #include <CommandProcessor/core/FieldsImpl.h>
 
 namespace poker {
@@ -43,10 +44,10 @@ template <class T, class Base>
 Command<T, Base>::~Command() = default;
 
 template <class T, class Base>
-PokerCommandI* Command<T, Base>::clone() const {
-  T& copy = CachedCmdCreator<T>::create();
-  copy = static_cast<const T&>(*this);
-  return &copy;
+PokerCommandI* Command<T, Base>::clone() {
+  PooledObject<T> copy;
+  *copy = static_cast<T&>(*this);
+  return copy.keep();
 }
 
 template <class T, class Base>

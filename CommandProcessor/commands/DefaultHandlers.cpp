@@ -1,5 +1,6 @@
 // The one handler with a body: it answers from a command's pool, so it stands above the processors' own folder.
 
+#include <CommandProcessor/commands/PooledObject.h>
 #include <CommandProcessor/commands/session/ClKeepAlive.h>
 #include <CommandProcessor/commands/session/SrvKeepAliveReply.h>
 #include <CommandProcessor/core/ClientCmdProcessor.h>
@@ -8,10 +9,11 @@
 namespace poker {
 
 void ClientCmdProcessor::onClKeepAlive(Results& results, ClKeepAlive& command) {
-  SrvKeepAliveReply& reply = CachedCmdCreator<SrvKeepAliveReply>::create();
-  reply.init(command.sequenceNumber());
-  reply.setConnID(command.getConnID());
-  results.add(reply);
+  PooledObject<SrvKeepAliveReply> reply;
+  reply->init(command.sequenceNumber());
+  reply->setConnID(command.getConnID());
+  results.add(*reply);
+  reply.keep();
 }
 
 }  // namespace poker

@@ -6,9 +6,9 @@ namespace poker {
 
 PokerCommandI::~PokerCommandI() { mark(0); }
 
-PokerCommandI* PokerCommandI::clone() const { return nullptr; }
+PokerCommandI* PokerCommandI::clone() { return nullptr; }
 
-bool PokerCommandI::canCompress() const { return true; }
+bool PokerCommandI::canCompress() { return true; }
 
 void PokerCommandI::release() {}
 

@@ -24,7 +24,7 @@ class COMMANDPROCESSOR_API PokerCommandI {
 
   /// A copy from the class's own pool, connection ids included, that the caller must release; null for a class without
   /// a pool.
-  virtual PokerCommandI* clone() const;
+  virtual PokerCommandI* clone();
   /// Hands this command to the dispatcher's operation for its family.
   /// @return what the dispatcher answers
   /// @throws DisptachException  when that family has no processor
@@ -45,7 +45,7 @@ class COMMANDPROCESSOR_API PokerCommandI {
   virtual void removeConnection(const ConnectionID& id) = 0;
 
   /// Whether the command may travel inside a compressed batch.
-  virtual bool canCompress() const;
+  virtual bool canCompress();
   /// A hook for the transport: whether the connection ends after this command.
   virtual bool isFinalCommand() const = 0;
   /// The type code, unique within the family.

@@ -16,10 +16,7 @@ constexpr const char* kValueName = "Last Version";
 bool storeLastVersion(const char* subkey, std::uint32_t version) {
   if (subkey == nullptr || *subkey == '\0') return false;
   HKEY key = nullptr;
-  if (RegCreateKeyExA(HKEY_CURRENT_USER, subkey, 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_SET_VALUE, nullptr, &key,
-                      nullptr) != ERROR_SUCCESS) {
-    return false;
-  }
+  if (RegOpenKeyExA(HKEY_CURRENT_USER, subkey, 0, KEY_SET_VALUE, &key) != ERROR_SUCCESS) return false;
   const DWORD value = version;
   const LSTATUS result =
       RegSetValueExA(key, kValueName, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&value), sizeof value);

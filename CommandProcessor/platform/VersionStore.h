@@ -10,7 +10,7 @@ namespace poker {
 /// Keeps the version of the program that the current user ran last, as the value "Last Version" under `subkey`, a path
 /// of names parted by backslashes ("Vendor\\Client").
 ///
-/// On Windows that is a 4-byte number in the registry below HKEY_CURRENT_USER. Elsewhere it is a decimal number in the
+/// On Windows that is a 4-byte number in the registry below HKEY_CURRENT_USER, where the key must exist. Elsewhere it is a decimal number in the
 /// file "Last Version" in the folder `subkey` below $XDG_CONFIG_HOME, or below $HOME/.config when that is not an
 /// absolute path; folders that are missing are made, readable by the user alone, and the file is replaced in one step,
 /// so that a reader sees the old version or the new one.

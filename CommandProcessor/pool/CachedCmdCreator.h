@@ -30,7 +30,13 @@ class Cache_CmdList : public Queue<T*> {
     return create();
   }
   /// Deletes the idle objects; the counters stay.
-  void clearMe() { this->deleteContent(); }
+  void clearMe() {
+    const std::lock_guard guard(this->lock());
+    living_ -= this->tsSize();
+    Queue<T*>::deleteContent();
+  }
+  void tsClear() { clearMe(); }
+  void deleteContent() { clearMe(); }
 
  private:
   COMMANDPROCESSOR_COLD T& create() {
@@ -39,14 +45,16 @@ class Cache_CmdList : public Queue<T*> {
       registered_ = true;
     }
     // Room for every object that may come back: release() then never has to allocate.
-    this->reserve(static_cast<std::uint32_t>(data_.count) + 1);
+    this->reserve(living_ + 1);
     T* object = construct_();
+    ++living_;
     data_.add(sizeof(T));
     return *object;
   }
 
   T* (*const construct_)();
   DebugStaticLogger::DebugStaticLoggerData data_;
+  std::uint32_t living_ = 0;
   bool registered_ = false;
 };
 

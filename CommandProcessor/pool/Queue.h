@@ -57,7 +57,7 @@ class Queue<T*> {
   void tsClear() { deleteContent(); }
   void deleteContent() {
     const std::lock_guard guard(lock_);
-    while (T* item = tsGetImpl()) delete item;
+    while (!tsEmpty()) delete tsGetImpl();
   }
   /// The event to wait for, or null when the queue was built without one.
   AutoResetEvent* getInEvent() {

@@ -1,3 +1,4 @@
+#include <CommandProcessor/platform/COleDateTime.h>
 #include <CommandProcessor/wire/CommandDeserializeException.h>
 #include <CommandProcessor/wire/DeserializeCommandBuf.h>
 
@@ -32,6 +33,12 @@ void DeserializeCommandBuf::readString(char* storage, std::uint32_t capacity) {
   std::memcpy(storage, data_ + position_, length);
   storage[length] = '\0';
   skip(length + 1);
+}
+
+void DeserializeCommandBuf::read(COleDateTime& value) {
+  std::uint64_t bits;
+  read(bits);
+  value = COleDateTime::fromBits(bits, COleDateTime::valid);
 }
 
 }  // namespace poker

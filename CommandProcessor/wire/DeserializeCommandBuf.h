@@ -7,6 +7,8 @@
 
 namespace poker {
 
+class COleDateTime;
+
 /// Reads the fields of one command from received bytes, which it does not own and which must outlive it.
 ///
 /// Every read either succeeds and moves on, or throws a CommandDeserializeException* and moves nothing; what was being
@@ -51,10 +53,28 @@ class COMMANDPROCESSOR_API DeserializeCommandBuf {
   ///         with nothing left or when the string does not fit; as getFieldLen()
   void readString(char* storage, std::uint32_t capacity);
 
-  /// Reads one value and returns the buffer, so that fields can be read as a chain.
+  /// The day count; the status becomes valid.
+  void read(COleDateTime& value);
+  template <WireEnum T>
+  void read(T& value) {
+    std::underlying_type_t<T> number;
+    read(number);
+    value = static_cast<T>(number);
+  }
+  template <std::uint32_t N>
+  void read(char (&storage)[N]) {
+    readString(storage, N);
+  }
+
+  /// Reads one value and returns the buffer, so that fields can be read as a chain. A value class (money, a record) reads
+  /// itself.
   template <class T>
   DeserializeCommandBuf& operator>>(T& value) {
-    read(value);
+    if constexpr (requires { value.deserialize(*this); }) {
+      value.deserialize(*this);
+    } else {
+      read(value);
+    }
     return *this;
   }
 

@@ -212,8 +212,10 @@ struct StringCodec : CodecBase {
   void reset() const { held.clear(); }
   void wipe() const {
     zero();
-    held.shrink_to_fit();
-    zero();  // and what an earlier, shorter secret left inside the string object
+    // What an earlier, shorter secret left inside the string object is reached while the heap block is elsewhere.
+    std::string block = std::move(held);
+    zero();
+    held = std::move(block);
   }
   void inspect(Field field, FieldVisitor& visitor, bool assign) const {
     field.type = FieldType::String;

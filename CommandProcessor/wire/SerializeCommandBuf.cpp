@@ -1,3 +1,4 @@
+#include <CommandProcessor/platform/COleDateTime.h>
 #include <CommandProcessor/wire/SerializeCommandBuf.h>
 
 #include <cstdlib>
@@ -43,6 +44,8 @@ void SerializeCommandBuf::write(std::string_view text) {
 }
 
 void SerializeCommandBuf::write(const char* text) { write(std::string_view(text != nullptr ? text : " ")); }
+
+void SerializeCommandBuf::write(const COleDateTime& value) { write(value.bits()); }
 
 void SerializeCommandBuf::overwrite(const void* bytes, std::uint32_t count, std::uint32_t offset) {
   if (count == 0 || offset > used_ || count > used_ - offset) return;

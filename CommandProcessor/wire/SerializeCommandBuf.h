@@ -9,6 +9,8 @@
 
 namespace poker {
 
+class COleDateTime;
+
 /// The buffer that a command writes itself into.
 ///
 ///     finished buffer = total length (32 bits, this slot included), bytes ...
@@ -56,10 +58,22 @@ class COMMANDPROCESSOR_API SerializeCommandBuf {
   /// As above; a null pointer is written as one blank and a NUL, so that it reads back as " " and not as "".
   void write(const char* text);
 
-  /// Writes one value and returns the buffer, so that fields can be written as a chain.
+  /// The day count alone; the status is not sent.
+  void write(const COleDateTime& value);
+  template <WireEnum T>
+  void write(T value) {
+    write(static_cast<std::underlying_type_t<T>>(value));
+  }
+
+  /// Writes one value and returns the buffer, so that fields can be written as a chain. A value class (money, a record)
+  /// writes itself.
   template <class T>
   SerializeCommandBuf& operator<<(const T& value) {
-    write(value);
+    if constexpr (requires { value.serialize(*this); }) {
+      value.serialize(*this);
+    } else {
+      write(value);
+    }
     return *this;
   }
 

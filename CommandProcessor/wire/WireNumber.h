@@ -15,6 +15,12 @@ namespace poker {
 template <class T>
 concept WireNumber = (std::integral<T> && !std::same_as<std::remove_cv_t<T>, bool>) || std::same_as<T, double>;
 
+/// An enumeration whose underlying type is stated travels as that number.
+template <class T>
+concept WireEnum = std::is_enum_v<T> && requires {
+  T{0};  // only such an enumeration can be made from a number so
+};
+
 namespace wire {
 
 static_assert(sizeof(double) == 8, "a double travels as 8 bytes of IEEE-754");

@@ -61,7 +61,7 @@ TEST(Queue, ClearDeletesAndDestructionDoesNot) {
   Item* survivor = new Item;
   {
     Queue<Item*> queue(false);
-    for (int i = 0; i < 20; ++i) queue.tsPush(new Item);
+    for (int i = 0; i < 20; ++i) queue.tsPush(i == 7 ? nullptr : new Item);
     queue.tsClear();
     EXPECT_EQ(Item::alive, 1);
     EXPECT_TRUE(queue.tsEmpty());

@@ -1,3 +1,5 @@
+#include <CommandProcessor/platform/COleDateTime.h>
+#include <CommandProcessor/types/TourMoneyChooser.h>
 #include <tests/support/AllocationCounter.h>
 #include <tests/support/WireBytes.h>
 
@@ -42,6 +44,28 @@ TEST(Writer, WritesEveryKindInAChain) {
   buf.append("\xFF", 1);
   EXPECT_EQ(toHex(written(buf)),
             "80 41 01 00 FE FF 05 00 00 00 FF FF FF FF FF FF FF FF 00 00 00 00 00 00 F0 3F 61 62 00 00 20 00 FF");
+}
+
+TEST(Buffers, ChainValuesThatAreMoreThanNumbers) {
+  enum Code : std::uint16_t { kCode = 0x0102 };
+  SerializeCommandBuf out(64);
+  out << kCode << RealMoneyType::fromHundredths(-50) << COleDateTime(2.5, COleDateTime::null)
+      << TourMoneyChooser(RealMoneyType(), RealMoneyType(), false) << "fifty";
+  EXPECT_EQ(toHex(written(out)), "02 01 CE FF FF FF FF FF FF FF 00 00 00 00 00 00 04 40 01 66 69 66 74 79 00");
+
+  DeserializeCommandBuf in(out.data() + 4, out.used() - 4);
+  Code code;
+  RealMoneyType money;
+  COleDateTime date;
+  TourMoneyChooser chooser(money, money, false);
+  char text[6];
+  in >> code >> money >> date >> chooser >> text;
+  EXPECT_EQ(code, kCode);
+  EXPECT_EQ(money.hundredths(), -50);
+  EXPECT_EQ(date.days(), 2.5);
+  EXPECT_EQ(date.GetStatus(), COleDateTime::valid);
+  EXPECT_TRUE(chooser.chosen());
+  EXPECT_STREQ(text, "fifty");
 }
 
 TEST(Writer, CutsTextAtAnEmbeddedNul) {

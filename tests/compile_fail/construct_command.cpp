@@ -1,0 +1,5 @@
+// expect-error: private
+// Commands come from their pool alone.
+#include <CommandProcessor/commands/session/ClKeepAlive.h>
+
+void misuse() { poker::ClKeepAlive command; }

@@ -1,0 +1,5 @@
+// expect-error: no matching function
+// A pointer is no bool on the wire.
+#include <CommandProcessor/wire/SerializeCommandBuf.h>
+
+void misuse(poker::SerializeCommandBuf& buf, int* pointer) { buf.write(pointer); }
