@@ -3,3 +3,4 @@
 // Every command class. For a host that decodes them all; code that needs a few includes those headers alone.
 
 #include <CommandProcessor/commands/session/SessionCommands.h>
+#include <CommandProcessor/commands/table/TableCommands.h>

@@ -1,11 +1,9 @@
-#include "../support/AllocationCounter.h"
-#include "../support/WireBytes.h"
-
 #include <CommandProcessor/types/ActionOptionsManager.h>
 #include <CommandProcessor/types/DurationText.h>
 #include <CommandProcessor/types/FieldJson.h>
 #include <CommandProcessor/types/NextTurnOptions.h>
 #include <CommandProcessor/types/Pot.h>
+#include <tests/support/WireBytes.h>
 
 #include <gtest/gtest.h>
 

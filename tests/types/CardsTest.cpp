@@ -1,10 +1,9 @@
-#include "../support/AllocationCounter.h"
-#include "../support/WireBytes.h"
-
 #include <CommandProcessor/types/FieldJson.h>
 #include <CommandProcessor/types/SDInfo.h>
 #include <CommandProcessor/types/SeatIDSet.h>
 #include <CommandProcessor/types/UserCardsInfoVector.h>
+#include <tests/support/AllocationCounter.h>
+#include <tests/support/WireBytes.h>
 
 #include <gtest/gtest.h>
 

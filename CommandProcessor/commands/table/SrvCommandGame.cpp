@@ -1,0 +1,8 @@
+#include <CommandProcessor/commands/table/SrvCommandGame.h>
+#include <CommandProcessor/core/FieldsImpl.h>
+
+namespace poker {
+
+template class BaseCommand<SrvCommandGame>;
+
+}  // namespace poker

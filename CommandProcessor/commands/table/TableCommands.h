@@ -1,0 +1,47 @@
+#pragma once
+
+// The commands of a table: seats and chips, the flow of a hand, the table's state, chat.
+
+#include <CommandProcessor/commands/table/ClActionInAdvance.h>
+#include <CommandProcessor/commands/table/ClBack.h>
+#include <CommandProcessor/commands/table/ClBotAppEnter.h>
+#include <CommandProcessor/commands/table/ClBuyChips.h>
+#include <CommandProcessor/commands/table/ClChatMsg.h>
+#include <CommandProcessor/commands/table/ClConnectGame.h>
+#include <CommandProcessor/commands/table/ClGetMoney.h>
+#include <CommandProcessor/commands/table/ClLeaveSeat.h>
+#include <CommandProcessor/commands/table/ClMoreMoney.h>
+#include <CommandProcessor/commands/table/ClScriptSetDealer.h>
+#include <CommandProcessor/commands/table/ClSitDown.h>
+#include <CommandProcessor/commands/table/ClTurnReceived.h>
+#include <CommandProcessor/commands/table/ClUserAction.h>
+#include <CommandProcessor/commands/table/OutOfMoney.h>
+#include <CommandProcessor/commands/table/SrvAdminMsg.h>
+#include <CommandProcessor/commands/table/SrvBackOnSeatOk.h>
+#include <CommandProcessor/commands/table/SrvBetRoundComplete.h>
+#include <CommandProcessor/commands/table/SrvCardDeal.h>
+#include <CommandProcessor/commands/table/SrvCardDealBase.h>
+#include <CommandProcessor/commands/table/SrvChatMsg.h>
+#include <CommandProcessor/commands/table/SrvCommandGame.h>
+#include <CommandProcessor/commands/table/SrvConnectGameOK.h>
+#include <CommandProcessor/commands/table/SrvErrorCode.h>
+#include <CommandProcessor/commands/table/SrvGameStart.h>
+#include <CommandProcessor/commands/table/SrvHoldemPlayerPos.h>
+#include <CommandProcessor/commands/table/SrvMoney.h>
+#include <CommandProcessor/commands/table/SrvMoveDealChip.h>
+#include <CommandProcessor/commands/table/SrvMoveKillButton.h>
+#include <CommandProcessor/commands/table/SrvMsgCommand.h>
+#include <CommandProcessor/commands/table/SrvPlayerLeave.h>
+#include <CommandProcessor/commands/table/SrvPostBlind.h>
+#include <CommandProcessor/commands/table/SrvPotCardDeal.h>
+#include <CommandProcessor/commands/table/SrvShowPlayerCards.h>
+#include <CommandProcessor/commands/table/SrvSitError.h>
+#include <CommandProcessor/commands/table/SrvSitOk.h>
+#include <CommandProcessor/commands/table/SrvStartAnimation.h>
+#include <CommandProcessor/commands/table/SrvTUShowDown.h>
+#include <CommandProcessor/commands/table/SrvTableState.h>
+#include <CommandProcessor/commands/table/SrvTableStateUpdate.h>
+#include <CommandProcessor/commands/table/SrvUpdateHintText.h>
+#include <CommandProcessor/commands/table/SrvUserActionNotify.h>
+#include <CommandProcessor/commands/table/SrvUserStateOnTable.h>
+#include <CommandProcessor/commands/table/SrvUserTurn.h>

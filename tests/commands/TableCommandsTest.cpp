@@ -1,0 +1,495 @@
+#include <CommandProcessor/commands/table/TableCommands.h>
+#include <CommandProcessor/types/FieldJson.h>
+#include <tests/support/AllocationCounter.h>
+#include <tests/support/WireBytes.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace poker::test {
+namespace {
+
+RealMoneyType cents(std::int64_t count) { return RealMoneyType::fromHundredths(count); }
+
+struct Release {
+  void operator()(PokerCommandI* command) const { command->release(); }
+};
+template <class T>
+using Pooled = std::unique_ptr<T, Release>;
+
+template <class T>
+Pooled<T> make() {
+  return Pooled<T>(&CachedCmdCreator<T>::create());
+}
+
+template <class T, class... Args>
+Pooled<T> make(const Args&... args) {
+  auto command = make<T>();
+  command->init(args...);
+  return command;
+}
+
+/// The fields without the frame.
+Bytes bodyOf(const PokerCommandI& command) {
+  const Bytes bytes = encode(command);
+  return Bytes(bytes.begin() + 2, bytes.end());
+}
+
+template <class T>
+Pooled<T> readBack(const PokerCommandI& command) {
+  auto read = make<T>();
+  EXPECT_EQ(decode(*read, bodyOf(command)), "");
+  return read;
+}
+
+const Card kOwnAce(Card::Suit::Spade, Card::Rank::Ace, Card::Visibility::HiddenOwner);
+constexpr char kLongText[] = "a text that is much too long for the storage inside a string";
+
+NextTurnOptions someTurns() {
+  NextTurnOptions turns;
+  turns.addFoldOption();
+  turns.addOption(UserAction::Call, cents(200));
+  turns.addOption(UserAction::Raise, cents(400), cents(9000));
+  return turns;
+}
+
+UserCardsInfoVector someHands() {
+  return {UserCardPack(SeatID(1), {kOwnAce, kOwnAce}), UserCardPack(SeatID(5), {Card(), Card()})};
+}
+
+Pot somePot() {
+  Pot pot(cents(300));
+  pot.addSidePot(cents(40));
+  return pot;
+}
+
+ClientTableState someTable() {
+  ClientTableState state;
+  state.gameID = 7;
+  state.tableName = kLongText;
+  state.gameType = GameType::TexasHoldem;
+  state.realMoney = true;
+  state.maxSeats = 9;
+  state.handNumber = 12;
+  ClientSeatState& seat = state.seats.emplace_back();
+  seat.seatID = SeatID(2);
+  seat.displayName = kLongText;
+  seat.cards = {kOwnAce, kOwnAce};
+  state.pot = somePot();
+  state.board = {Card(), Card(), Card()};
+  state.turnSeat = SeatID(2);
+  state.turnTimeLeft = 30;
+  return state;
+}
+
+// ---- what all of them share
+
+struct Sample {
+  PokerCommandI* fresh;  // as its constructor leaves it
+  PokerCommandI* used;   // filled with values unlike the fresh ones
+  std::function<void()> init;
+};
+
+template <class T>
+Sample sample(std::function<void(T&)> init) {
+  // The pool hands out what came back to it; emptied first, it has to construct.
+  CachedCmdCreator<T>::clearCache();
+  T* used = &CachedCmdCreator<T>::create();
+  init(*used);
+  return {&CachedCmdCreator<T>::create(), used, [=] { init(*used); }};
+}
+
+template <class T, class... Args>
+Sample sample(const Args&... args) {
+  return sample<T>(std::function<void(T&)>([=](T& command) { command.init(args...); }));
+}
+
+class TableCommands : public testing::Test {
+ protected:
+  ~TableCommands() override {
+    for (const Sample& each : samples_) {
+      each.fresh->release();
+      each.used->release();
+    }
+  }
+
+  const std::vector<Sample> samples_{
+      sample<ClConnectGame>(7u, kLongText, kLongText, kLongText, 50),
+      sample<SrvConnectGameOK>(COleDateTime(44250.25)),
+      sample<ClSitDown>(SeatID(3), cents(5), TourMoneyChooser(cents(1), cents(2), false)),
+      sample<SrvSitOk>(SeatID(3)),
+      sample<SrvBackOnSeatOk>(SeatID(3)),
+      sample<SrvSitError>(SrvErrorCode::ExactMoneyRequired, cents(5)),
+      sample<OutOfMoney>(cents(5), SrvErrorCode::NotAllowed),
+      sample<ClLeaveSeat>(),
+      sample<ClBack>(),
+      sample<ClGetMoney>(),
+      sample<ClMoreMoney>(cents(5)),
+      sample<SrvMoney>(cents(1), cents(2), cents(3), cents(4)),
+      sample<ClBuyChips>(),
+      sample<SrvUserStateOnTable>(SeatID(3), kLongText, cents(5), UserState::Playing),
+      sample<SrvPlayerLeave>(7u, 8u),
+      sample<ClBotAppEnter>(kLongText),
+      sample<ClScriptSetDealer>(SeatID(3), 6u, std::string(kLongText)),
+      sample<SrvGameStart>(SeatIDSet{1, 2}),
+      sample<SrvCardDeal>(someHands()),
+      sample<SrvPotCardDeal>(someHands()),
+      sample<SrvPostBlind>(SeatID(3), 16384u),
+      sample<SrvMoveDealChip>(SeatID(3)),
+      sample<SrvMoveKillButton>(SeatID(3)),
+      sample<SrvHoldemPlayerPos>(UserAction::BigBlind),
+      sample<SrvUserTurn>(SeatID(3), true, someTurns(), 30u),
+      sample<ClUserAction>(UserAction::Raise, cents(5)),
+      sample<ClActionInAdvance>(64u, cents(5), true),
+      sample<ClTurnReceived>(),
+      sample<SrvUserActionNotify>(SeatID(3), UserAction::Raise, cents(5), cents(6), static_cast<unsigned char>(2)),
+      sample<SrvBetRoundComplete>(somePot(), true, true, cents(5), cents(6)),
+      sample<SrvTUShowDown>(std::function([](SrvTUShowDown& command) {
+        command.init(cents(5));
+        command.addFinalUser({kOwnAce}, SeatID(4), cents(6), SDInfo::Winner);
+        command.addPlayerInfo(SeatID(4), cents(1), cents(6));
+      })),
+      sample<SrvShowPlayerCards>(SeatID(3), CardVector{kOwnAce}),
+      sample<SrvStartAnimation>(SrvStartAnimation::PushPots),
+      sample<SrvTableState>(someTable()),
+      sample<SrvUpdateHintText>(7u, kLongText),
+      sample<ClChatMsg>(kLongText, ChatMsgTypes::Bold),
+      sample<SrvChatMsg>(kLongText, kLongText, ChatMsgTypes::HostChat, ChatMsgTypes::Bold),
+      sample<SrvAdminMsg>(kLongText, kLongText, static_cast<unsigned char>(9)),
+  };
+};
+
+TEST_F(TableCommands, InitAndDeserializeLeaveNoConnection) {
+  for (const Sample& each : samples_) {
+    SCOPED_TRACE(typeid(*each.used).name());
+    each.used->setConnID(5);
+    each.init();
+    EXPECT_TRUE(each.used->connections().empty());
+    each.used->setConnID(5);
+    EXPECT_EQ(decode(*each.used, bodyOf(*each.used)), "");
+    EXPECT_TRUE(each.used->connections().empty());
+  }
+}
+
+TEST_F(TableCommands, DecodingIntoAUsedObjectLeavesNothingOfItsEarlierUse) {
+  for (const Sample& each : samples_) {
+    SCOPED_TRACE(typeid(*each.used).name());
+    const Bytes large = encode(*each.used);
+    EXPECT_EQ(decode(*each.used, bodyOf(*each.fresh)), "");
+    EXPECT_EQ(encode(*each.used), encode(*each.fresh));
+    each.init();
+    EXPECT_EQ(encode(*each.used), large) << "init() does not assign every field";
+  }
+}
+
+TEST_F(TableCommands, ClonesAreEqualAndTheirOwn) {
+  for (const Sample& each : samples_) {
+    SCOPED_TRACE(typeid(*each.used).name());
+    each.used->setConnID(3);
+    const Pooled<PokerCommandI> clone(each.used->clone());
+    ASSERT_NE(clone, nullptr);
+    const PokerCommandI& copy = *clone;
+    EXPECT_TRUE(typeid(copy) == typeid(*each.used));
+    const Bytes before = encode(*each.used);
+    EXPECT_EQ(encode(copy), before);
+    EXPECT_EQ(decode(*each.used, bodyOf(*each.fresh)), "");
+    EXPECT_EQ(encode(copy), before);
+    EXPECT_EQ(copy.getConnID(), 3);
+  }
+}
+
+TEST_F(TableCommands, EveryCutIsFoundAndSteadyDecodingAllocatesNothing) {
+  for (const Sample& each : samples_) {
+    SCOPED_TRACE(typeid(*each.used).name());
+    const Bytes body = bodyOf(*each.used);
+    for (std::size_t size = 0; size < body.size(); ++size) {
+      EXPECT_TRUE(
+          isReadMessage(decode(*each.fresh, Bytes(body.begin(), body.begin() + static_cast<std::ptrdiff_t>(size)))));
+    }
+    ASSERT_EQ(decode(*each.fresh, body), "");
+    const AllocationCounter counter;
+    for (int round = 0; round < 3; ++round) {
+      DeserializeCommandBuf in(body.data(), static_cast<std::uint32_t>(body.size()));
+      each.fresh->deserialize(in);
+    }
+    EXPECT_EQ(counter.calls(), 0u);
+    EXPECT_EQ(bodyOf(*each.fresh), body);
+  }
+}
+
+// ---- seats and chips
+
+TEST(ClConnectGame, CopiesTextsAndBytesAndTakesNullForNothing) {
+  const auto command = make<ClConnectGame>(1u, "pw", "10.0.0.2", "a\0b", 3);
+  EXPECT_EQ(std::string(command->frIDStr(), 3), std::string("a\0b", 3));
+  EXPECT_EQ(command->frIDStrSize(), 3);
+  for (const int size : {5, 0, -1}) {
+    command->init(2, nullptr, nullptr, size == 5 ? nullptr : "abc", size);
+    EXPECT_EQ(toHex(bodyOf(*command)), "02 00 00 00 00 00 00 00 00 00") << size;
+  }
+  for (const char* size : {"FF FF FF FF", "00 00 00 80", "02 00 00 00"}) {
+    EXPECT_EQ(decode(*command, hex(std::string("00 00 00 00 00 00 ") + size + " 11")), kNumberFails) << size;
+  }
+}
+
+TEST(ClConnectGame, MasksAndWipesThePassword) {
+  const auto command = make<ClConnectGame>(1u, "QQQQQQQQ", "ip", "id", 2);
+  EXPECT_EQ(fieldsToJson(*command), R"({"gameID":1,"password":"***","clientIP":"ip","frID":"6964"})");
+  command->wipeSecrets();
+  EXPECT_EQ(command->getPass(), "");
+  EXPECT_EQ(command->getClientIP(), "ip");
+  const auto* const object = reinterpret_cast<const unsigned char*>(command.get());
+  EXPECT_EQ(std::count(object, object + sizeof(ClConnectGame), 'Q'), 0) << "bytes stay inside the object";
+}
+
+TEST(SrvSitError, SaysNothingOfMoneyThatIsZero) {
+  EXPECT_EQ(encode(*make<SrvSitError>(SrvErrorCode::InternalError, cents(0))).size(), 7u);
+  const auto command = make<SrvSitError>(SrvErrorCode::ExactMoneyRequired, cents(5));
+  ASSERT_EQ(decode(*command, hex("0A 00 00 00 01")), "");
+  EXPECT_EQ(command->getMoney(), cents(0));
+  EXPECT_EQ(command->errorCode(), SrvErrorCode::LessThanLastSitting);
+}
+
+const std::map<std::uint32_t, std::string> kSeatTexts = {
+    {0, "Seat already taken"},
+    {1, R"(You do not have enough money to participate in
+game on this table! Please, visit the Cashier.)"},
+    {2, "Your account is not setup for real money table!"},
+    {3, "You are not allowed to sit!"},
+    {4, R"(You have reached your participation limit (taking part
+in several tournaments at the same time.)
+You can not sit!)"},
+    {5, "You have reached your won tournaments limit. You can not sit!"},
+    {6,
+     "Sorry you have insufficient available balance to play this tournament - please click on Cashier to see your "
+     "available balance"},
+    {8, R"(Sorry, your rebuy is not allowed. The amount
+requested exceeds the maximum allowed for the table.)"},
+    {9, "Sorry, you can't participate in this tournament."},
+    {10,
+     "You must bring to the table at least the amount you had at\n"
+     "your last sitting. If you do not wish to bring that amount \n"
+     "you must wait until at least 30 minutes have past since your last sitting.\n"
+     "If you have any questions please contact the HOST."},
+    {13, "No reserved seat was found. Please try again."},
+    {14, R"(You are not allowed to sit on this table!
+For more information please contact @>SUPPORT<@.)"},
+    {15,
+     "You must bring to the table the exact amount you had at\n"
+     "your last sitting (12.50). If you do not wish to bring that amount \n"
+     "you must wait until at least 30 minutes have past since your last sitting.\n"
+     "If you have any questions please contact the HOST."},
+};
+
+std::string replaced(std::string text, std::string_view part, std::string_view by) {
+  const auto place = text.find(part);
+  return place == std::string::npos ? text : text.replace(place, part.size(), by);
+}
+
+TEST(SeatErrors, KeepEveryTextByteForByte) {
+  std::vector<std::uint32_t> codes;
+  for (std::uint32_t code = 0; code < 300; ++code) codes.push_back(code);
+  codes.insert(codes.end(), {0x80000000u, 0xFFFFFFFFu});
+  for (const std::uint32_t code : codes) {
+    const auto known = kSeatTexts.find(code);
+    const std::string text = known != kSeatTexts.end() ? known->second : "Internal server error";
+    const auto error = make<SrvSitError>(SrvErrorCode{code}, cents(1250));
+    for (const int duration : {1800, 0, -5, INT32_MIN}) EXPECT_EQ(error->getErrorMsg(duration), text) << code;
+    EXPECT_EQ(error->getErrorMsg(1), replaced(text, "30 minutes", "1 second"));
+    EXPECT_EQ(error->getErrorMsg(3900), replaced(text, "30 minutes", "1 hour and 5 minutes"));
+    // Out of money: always the usual duration, and never the amount.
+    EXPECT_EQ(make<OutOfMoney>(cents(1250), SrvErrorCode{code})->err(), replaced(text, "12.50", "0"));
+  }
+}
+
+TEST(Narrowing, KeepsLowBytesAndNoMore) {
+  EXPECT_EQ(readBack<SrvPlayerLeave>(*make<SrvPlayerLeave>(1u, 300u))->playersLeft(), 44u);
+  EXPECT_EQ(readBack<SrvUpdateHintText>(*make<SrvUpdateHintText>(257u, "x"))->id(), 1u);
+  const auto turn = make<SrvUserTurn>(SeatID(1), true, NextTurnOptions(), 300u);
+  EXPECT_EQ(turn->turnReplyTimeout(), 44);
+  EXPECT_EQ(readBack<SrvUserTurn>(*turn)->turnReplyTimeout(), 44);
+}
+
+// ---- the flow of a hand
+
+TEST(SrvGameStart, KnowsWhoTakesPart) {
+  const auto command = readBack<SrvGameStart>(*make<SrvGameStart>(SeatIDSet{3, 0}));
+  EXPECT_TRUE(command->isParticipating(SeatID(0)));
+  EXPECT_TRUE(command->isParticipating(SeatID(3)));
+  EXPECT_FALSE(command->isParticipating(SeatID(1)));
+  EXPECT_FALSE(command->isParticipating(SeatID()));
+}
+
+TEST(SrvCardDeal, NothingOfAHiddenFaceTravels) {
+  UserCardsInfoVector hands{UserCardPack(SeatID(1), {Card(Card::Suit::Heart, Card::Rank::Queen)})};
+  hands[0].cards().setVisibility(Card::Visibility::Hidden);
+  const auto read = readBack<SrvCardDeal>(*make<SrvCardDeal>(hands));
+  EXPECT_EQ(read->getHands()[0].cards(), CardVector{Card()});
+}
+
+class OpenedDeal : public SrvCardDealBase {
+ public:
+  OpenedDeal() : SrvCardDealBase(CommandType::SrvCardDeal) {}
+  using SrvCardDealBase::serializeCards;
+};
+
+TEST(SrvCardDealBase, WritesOneEntryAsTheWholeListDoes) {
+  SerializeCommandBuf buf(8);
+  OpenedDeal::serializeCards(buf, someHands()[0]);
+  EXPECT_EQ(toHex(written(buf)), "01 02 00 00 00 B2 B2");
+}
+
+TEST(SrvHoldemPlayerPos, MakesAPositionOfEveryAction) {
+  const std::map<std::uint32_t, int> positions{{16384, 2}, {8192, 3}, {512, 4}, {1048576, 5}};
+  const auto command = make<SrvHoldemPlayerPos>();
+  for (unsigned bit = 0; bit <= 32; ++bit) {
+    const std::uint32_t code = bit == 32 ? 0 : 1u << bit;
+    command->init(UserAction{code});
+    const auto place = positions.find(code);
+    EXPECT_EQ(command->pos(), place != positions.end() ? place->second : 1) << code;
+  }
+  const char* const texts[] = {"None", "Normal", "Small Blind", "Big Blind", "Post", "Straddle", "", ""};
+  for (std::uint8_t pos = 0; pos < 8; ++pos) {
+    EXPECT_STREQ(SrvHoldemPlayerPos::playerPos2String(SrvHoldemPlayerPos::PlayerPos{pos}), texts[pos]);
+  }
+  EXPECT_STREQ(SrvHoldemPlayerPos::playerPos2String(SrvHoldemPlayerPos::PlayerPos{255}), "");
+}
+
+TEST(SrvUserTurn, ReadsItsOptionsAloneThoughOptionsAddByThemselves) {
+  const auto command = make<SrvUserTurn>(SeatID(3), true, someTurns(), 30u);
+  EXPECT_EQ(command->getActionCodes(), 16u + 32u + 64u);
+  ASSERT_EQ(decode(*command, hex("02 00 00 01 04 00 00 00 00 00 00 00 00 00 00 00 09")), "");
+  EXPECT_EQ(command->getActionCodes(), 4u);
+  EXPECT_FALSE(command->getTurns().haveMinMax());
+  EXPECT_FALSE(command->isNotify());
+}
+
+TEST(ClUserAction, AnActionWithoutAmountHasNone) {
+  const auto command = make<ClUserAction>(UserAction::Raise, cents(5));
+  EXPECT_TRUE(command->validAmount());
+  command->init(UserAction::Call);
+  EXPECT_FALSE(command->validAmount());
+  EXPECT_EQ(command->amount(), cents(0));
+  EXPECT_EQ(toHex(encode(*command)), "7A 02 10 00 00 00 00");
+  command->init(UserAction::Bet, cents(0));  // an amount of zero is an amount
+  EXPECT_EQ(toHex(bodyOf(*command)), "08 00 00 00 01 00 00 00 00 00 00 00 00");
+  ASSERT_EQ(decode(*command, hex("40 00 00 00 00")), "");
+  EXPECT_FALSE(command->validAmount());
+}
+
+TEST(ClUserAction, LogTextWrapsTheActions) {
+  const auto command = make<ClUserAction>(UserAction::BigBlind);
+  EXPECT_EQ(command->toString(), "ClUserAction - action code: BiglBlind");
+  command->setAction(UserAction::Raise);
+  EXPECT_EQ(command->toString(), "ClUserAction - action code: Raise ");
+  command->setAction(UserAction{1024});
+  EXPECT_EQ(command->toString(), "ClUserAction - action code: error. Invalid action code!!!!");
+}
+
+TEST(SrvUserActionNotify, AlwaysNotifies) {
+  const auto command = make<SrvUserActionNotify>(SeatID(), UserAction::NoAction, cents(0), cents(0), std::uint8_t{0});
+  EXPECT_TRUE(command->isNotify());
+}
+
+TEST(SrvBetRoundComplete, ReaderTakesAnyBitWhereTheWriterSetsAHalf) {
+  const auto command = make<SrvBetRoundComplete>();
+  Bytes body(8 + 2 + 1 + 8 + 8);
+  for (unsigned byte = 0; byte < 256; ++byte) {
+    body[10] = static_cast<std::uint8_t>(byte);
+    ASSERT_EQ(decode(*command, body), "");
+    EXPECT_EQ(command->moveChips(), byte % 16 != 0) << byte;
+    EXPECT_EQ(command->showCheckBoxes(), byte >= 16) << byte;
+  }
+  constexpr std::uint8_t kFlags[2][2] = {{0x00, 0xF0}, {0x0F, 0xFF}};
+  for (const bool moveChips : {false, true}) {
+    for (const bool showCheckBoxes : {false, true}) {
+      command->init(Pot(), moveChips, showCheckBoxes, cents(0), cents(0));
+      EXPECT_EQ(bodyOf(*command)[10], kFlags[moveChips][showCheckBoxes]);
+    }
+  }
+}
+
+TEST(SrvTUShowDown, KeepsWinsAndBetsApartAndKnowsNothingOfOthers) {
+  const auto command = make<SrvTUShowDown>(cents(5));
+  command->addPlayerInfo(SeatID(7), cents(100), cents(250));
+  command->addPlayerInfo(SeatID(2), cents(100), cents(0));
+  command->addPlayerInfo(SeatID(2), cents(150), cents(0));
+  command->addFinalUser({kOwnAce}, SeatID(7), cents(250), SDInfo::Winner);
+  command->addFinalUser({Card()}, SeatID(2), cents(0), SDInfo::NotWinner);
+  EXPECT_EQ(command->wins(SeatID(7)), cents(250));
+  EXPECT_EQ(command->bets(SeatID(7)), cents(100));
+  EXPECT_EQ(command->bets(SeatID(2)), cents(150));
+  EXPECT_EQ(command->wins(SeatID(3)), cents(0));
+  EXPECT_EQ(command->bets(SeatID()), cents(0));
+  EXPECT_EQ(command->getUserCards()[0].getSeatID(), SeatID(7)) << "in the order of the calls";
+  EXPECT_EQ(command->getUserCards()[1].winnerType(), SDInfo::NotWinner);
+  command->setCasinoProfit(cents(9));
+  EXPECT_EQ(readBack<SrvTUShowDown>(*command)->casinoProfit(), cents(9));
+  command->init(cents(6));
+  EXPECT_TRUE(command->getUserCards().empty());
+  EXPECT_EQ(command->wins(SeatID(7)), cents(0));
+  EXPECT_EQ(command->bets(SeatID(7)), cents(0));
+  EXPECT_EQ(command->casinoProfit(), cents(6));
+}
+
+TEST(SrvTUShowDown, RejectsCountsAboveBytesLeftWithoutMakingRoomForThem) {
+  const auto command = make<SrvTUShowDown>();
+  for (const char* body : {"64 00 FF FF FF 7F 00 00", "64 00 00 00 00 00 FF FF FF FF 01",
+                           "64 00 00 00 00 00 00 00 00 00 FF FF FF FF 01"}) {
+    const AllocationCounter counter;
+    EXPECT_EQ(decode(*command, hex(body)), kNumberFails);
+    EXPECT_LT(counter.peak(), 4096u);
+  }
+}
+
+// ---- the bases, sent as they are
+
+TEST(TableBases, WriteTheCodeOfTheirCreatorAndTheirFields) {
+  EXPECT_EQ(toHex(encode(SrvTableStateUpdate(CommandType::SrvUserTurn))), "3A 01 64 00");
+  SrvTableStateUpdate update(CommandType::OutOfMoney, SeatID(7), true);
+  EXPECT_EQ(toHex(encode(update)), "3D 01 07 01");
+  ASSERT_EQ(decode(update, hex("02 80")), "");
+  EXPECT_TRUE(update.isNotify());
+  EXPECT_EQ(toHex(encode(update)), "3D 01 02 01") << "any other true is written as 1";
+
+  EXPECT_EQ(toHex(encode(SrvCommandGame(CommandType::SrvAddToWaitListOk))), "2B 01 00 00 00 00");
+  SrvCommandGame game(CommandType::SrvAddToWaitListError, 0x01020304);
+  EXPECT_EQ(toHex(encode(game)), "2C 01 04 03 02 01");
+  ASSERT_EQ(decode(game, hex("FF FF FF FF")), "");
+  EXPECT_EQ(game.gameID(), 0xFFFFFFFFu);
+
+  SrvMsgCommand message(CommandType::SrvAdminMsg);
+  EXPECT_EQ(toHex(encode(message)), "28 01 00");
+  message.setConnID(4);
+  ASSERT_EQ(decode(message, hex("48 69 00")), "");
+  EXPECT_EQ(message.getMsg(), "Hi");
+  EXPECT_TRUE(message.connections().empty());
+  EXPECT_EQ(SrvMsgCommand(CommandType::SrvAdminMsg, SrvMsgCommand::TableCloses).getMsg(),
+            "This table closes after the current hand.");
+  EXPECT_EQ(SrvMsgCommand(CommandType::SrvAdminMsg, 4).getMsg(), "") << "a number without a message";
+  EXPECT_EQ(message.clone(), nullptr) << "has no pool";
+}
+
+// ---- chat
+
+TEST(ChatMessages, TakeNullForEmptyAndKeepSenderAndMessageApart) {
+  const auto said = make<ClChatMsg>("x", ChatMsgTypes::Bold);
+  said->init(nullptr, ChatMsgTypes::Normal);
+  EXPECT_EQ(toHex(bodyOf(*said)), "00 00");
+  const auto heard = make<SrvChatMsg>("b", "a", ChatMsgTypes::HostChat, ChatMsgTypes::Highlighted);
+  EXPECT_EQ(toHex(bodyOf(*heard)), "61 00 62 00 03 02") << "the sender travels first";
+  EXPECT_EQ(heard->getMessage(), "b");
+  EXPECT_EQ(heard->getSender(), "a");
+  heard->init(nullptr, nullptr, ChatMsgTypes::ChatType{255}, ChatMsgTypes::ChatStyle{254});
+  EXPECT_EQ(toHex(bodyOf(*heard)), "00 00 FF FE");
+  EXPECT_EQ(toHex(bodyOf(*make<SrvAdminMsg>("t", "m", std::uint8_t{7}))), "74 00 6D 00 07");
+}
+
+}  // namespace
+}  // namespace poker::test
