@@ -9,13 +9,10 @@
 #include <CommandProcessor/wire/SerializeCommandBuf.h>
 #include <inspect/CommandFields.h>
 #include <inspect/CommandText.h>
+#include <tests/support/Golden.h>
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <filesystem>
-#include <fstream>
-#include <map>
 #include <memory>
 #include <set>
 #include <string>
@@ -24,53 +21,9 @@
 namespace poker {
 namespace {
 
-struct GoldenLine {
-  std::string where;
-  std::string command;
-  std::string json;
-  std::string hex;
-  bool decodeOnly = false;
-};
-
-/// `[decode-only] Command {fields} = bytes`, one a line; # begins a comment line.
-std::vector<GoldenLine> goldenLines() {
-  std::vector<GoldenLine> lines;
-  for (const auto& file : std::filesystem::directory_iterator(CP_TEST_DATA_DIR)) {
-    if (file.path().extension() != ".txt") continue;
-    std::ifstream in(file.path());
-    std::string text;
-    for (int number = 1; std::getline(in, text); ++number) {
-      if (text.find_first_not_of(" \t") == std::string::npos || text[0] == '#') continue;
-      GoldenLine line;
-      line.where = file.path().filename().string() + ":" + std::to_string(number);
-      const std::string mark = "decode-only ";
-      if (text.rfind(mark, 0) == 0) {
-        line.decodeOnly = true;
-        text.erase(0, mark.size());
-      }
-      const auto open = text.find('{'), close = text.rfind('}'), equals = text.rfind('=');
-      if (open == std::string::npos || close == std::string::npos || equals < close || open < 2) {
-        ADD_FAILURE() << line.where << ": not a golden line";
-        continue;
-      }
-      line.command = text.substr(0, open - 1);
-      line.json = text.substr(open, close - open + 1);
-      line.hex = text.substr(equals + 1);
-      lines.push_back(line);
-    }
-  }
-  return lines;
-}
-
-std::vector<std::uint8_t> bytesOf(const std::string& hex) {
-  std::vector<std::uint8_t> bytes;
-  std::string digits;
-  std::copy_if(hex.begin(), hex.end(), std::back_inserter(digits), [](char c) { return c != ' '; });
-  for (std::size_t i = 0; i + 1 < digits.size(); i += 2) {
-    bytes.push_back(static_cast<std::uint8_t>(std::stoi(digits.substr(i, 2), nullptr, 16)));
-  }
-  return bytes;
-}
+using test::bytesOf;
+using test::GoldenLine;
+using test::goldenLines;
 
 std::string jsonOf(const PokerCommandI& command) {
   FieldsToJson json(JsonSecrets::kShow);
@@ -80,11 +33,11 @@ std::string jsonOf(const PokerCommandI& command) {
 
 TEST(Golden, BytesAndValuesAgreeBothWays) {
   std::set<std::string> seen;
-  for (const GoldenLine& line : goldenLines()) {
-    SCOPED_TRACE(line.where + " " + line.command);
-    const CommandFields* fields = CommandFields::of(line.command);
+  for (const GoldenLine& line : goldenLines(CP_TEST_DATA_DIR)) {
+    SCOPED_TRACE(line.where + " " + line.name);
+    const CommandFields* fields = CommandFields::of(line.name);
     ASSERT_NE(fields, nullptr);
-    seen.insert(line.command);
+    seen.insert(line.name);
     const auto release = [](PokerCommandI* command) { command->release(); };
     const std::unique_ptr<PokerCommandI, decltype(release)> written(&fields->create(), release);
     const std::unique_ptr<PokerCommandI, decltype(release)> read(&fields->create(), release);

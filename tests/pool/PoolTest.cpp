@@ -1,7 +1,9 @@
 #include <CommandProcessor/commands/session/ClKeepAlive.h>
+#include <CommandProcessor/commands/session/ServiceNotAvailable.h>
 #include <CommandProcessor/commands/session/SrvKeepAliveReply.h>
 #include <CommandProcessor/pool/CachedCmdCreator.h>
 #include <LogUtil/Log.h>
+#include <tests/support/AllocationCounter.h>
 
 #include <gtest/gtest.h>
 
@@ -89,6 +91,34 @@ TEST(Pool, CountsWhatItAllocatedAndNeverLess) {
   EXPECT_EQ(CachedCmdCreator<SrvKeepAliveReply>::cashedCmds.tsSize(), 0u);
   CachedCmdCreator<SrvKeepAliveReply>::create().release();
   EXPECT_EQ(counted(), std::to_string(2 * size) + " (2)");
+}
+
+// Wherever memory runs out, the objects are in the pool or in somebody's hands, and what was there stays as it was.
+TEST(Pool, LosesNothingWhenMemoryRunsOut) {
+  using Moved = CachedCmdCreator<ServiceNotAvailable>;
+  const std::string server(100, 's');
+  ServiceNotAvailable& source = Moved::create();
+  source.init(server.c_str());
+  for (std::int32_t id = 0; id < 40; ++id) source.setConnID(id);
+  for (std::size_t allowed = 0;; ++allowed) {
+    Moved::clearCache();
+    PokerCommandI* copy = nullptr;
+    try {
+      const test::FailingAllocations failing(allowed);
+      copy = source.clone();
+    } catch (const std::bad_alloc&) {
+      continue;  // the leak checker sees an object that nobody holds
+    }
+    EXPECT_EQ(static_cast<ServiceNotAvailable*>(copy)->newServer(), server);
+    const test::FailingAllocations failing(0);
+    copy->release();
+    EXPECT_FALSE(failing.struck()) << "release must not need memory";
+    break;
+  }
+  EXPECT_EQ(Moved::cashedCmds.tsSize(), 1u);
+  EXPECT_EQ(source.newServer(), server);
+  EXPECT_EQ(source.getConnections().size(), 40u);
+  source.release();
 }
 
 TEST(MemoryDump, WritesItsLines) {

@@ -12,6 +12,9 @@ struct Allocations {
   std::size_t calls;
   std::ptrdiff_t alive;
   std::ptrdiff_t peak;
+  bool limited;
+  std::size_t allowed;
+  bool struck;
 };
 thread_local constinit Allocations allocations{};
 
@@ -30,6 +33,11 @@ thread_local constinit Allocations allocations{};
 
 #ifndef CP_UNCOUNTED
 void* operator new(std::size_t size) {
+  if (allocations.limited && allocations.allowed-- == 0) {
+    allocations.limited = false;  // the next one succeeds: what is being unwound may need it
+    allocations.struck = true;
+    throw std::bad_alloc();
+  }
   void* const memory = std::malloc(size == 0 ? 1 : size);
   if (memory == nullptr) throw std::bad_alloc();
   ++allocations.calls;
@@ -52,6 +60,16 @@ namespace poker::test {
 AllocationCounter::AllocationCounter() : callsBefore_(allocations.calls), aliveBefore_(allocations.alive) {
   allocations.peak = allocations.alive;
 }
+
+FailingAllocations::FailingAllocations(std::size_t allowed) {
+  allocations.limited = true;
+  allocations.allowed = allowed;
+  allocations.struck = false;
+}
+
+FailingAllocations::~FailingAllocations() { allocations.limited = false; }
+
+bool FailingAllocations::struck() const { return allocations.struck; }
 
 std::size_t AllocationCounter::calls() const { return allocations.calls - callsBefore_; }
 

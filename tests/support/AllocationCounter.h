@@ -19,4 +19,13 @@ class AllocationCounter {
   std::ptrdiff_t aliveBefore_;
 };
 
+/// While it lives, `operator new` gives this thread so many blocks and then fails. Does nothing under the thread sanitizer.
+class FailingAllocations {
+ public:
+  explicit FailingAllocations(std::size_t allowed);
+  ~FailingAllocations();
+  /// Whether one has failed.
+  bool struck() const;
+};
+
 }  // namespace poker::test
