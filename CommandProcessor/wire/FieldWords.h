@@ -1,22 +1,30 @@
 #pragma once
 
-// The words of a field list, declared only, so that classes can state their fields in light headers; what the words
-// mean on the wire is in FieldCodecs.h, which the sources include.
+// The words of a field list, declared only, so that classes can state their fields in light headers; what the words mean
+// on the wire is in FieldCodecs.h, which the sources include.
 //
 // A field list names values as they are where the wire mirrors what is held, and wraps them where it does not:
 //
-//     as<W>(x)           a number that travels as a W                     text<N>(s)    a string of at most N
-//     characters list<C>(v)         a count of type C, then the elements             map<C>(m)     a count, then keys
-//     and values in order counted<C>(v)      a list whose count stands elsewhere              rows<C>(m, k) a multimap
-//     of rows that hold their key bytes<C>(v)        a size of type C, then raw bytes                 secret(x)     x,
-//     which logs must not show flags(bit<2>("chatEnabled", b), bits<0xF0>("showBoxes", c))         one byte that holds
-//     several bools dateTimeStatus(t)  a date-time together with its status (12 bytes) orElse(x, v)       x, which
-//     reading leaves as v when it is absent
+//     as<W>(x)           a number that travels as a W
+//     list<C>(v)         a count of type C, then the elements
+//     counted<C>(v)      a list whose count stands elsewhere
+//     map<C>(m)          a count, then keys and values in key order
+//     rows<C>(m, k)      a multimap of rows that hold their key
+//     bytes<C>(v)        a size of type C, then raw bytes
+//     text<N>(s)         a string of at most N characters
+//     flags(bit<2>("chatEnabled", b), bits<0xF0>("showBoxes", c))     one byte that holds several bools
+//     dateTimeStatus(t)  a date-time together with its status (12 bytes)
+//     secret(x)          x, which logs must not show
+//     orElse(x, v)       x, which reading leaves as v when it is absent
 //
-// C is the count's type on the wire: an unsigned type, std::int32_t (a negative count fails as one that is too large),
-// BelowOneIsNone (signed 32 bits; below 1 nothing follows) or Capped<T> (32 bits; above T::kMostElements reading fails
-// at once with the text T::kTooManyElements). A count that comes from the wire is believed only as far as the bytes
-// that are left can carry it.
+// C is the count's type on the wire:
+//
+//     an unsigned type   as many as it tells
+//     std::int32_t       the same; a negative count fails as one that is too large
+//     BelowOneIsNone     signed 32 bits; below 1 nothing follows
+//     Capped<T>          unsigned 32 bits; more than T::kMostElements fails with T::kTooManyElements
+//
+// A count that comes from the wire is believed only as far as the bytes that are left can carry it.
 //
 // Words that concern several fields belong to the archive that runs over the list:
 //
@@ -27,8 +35,7 @@
 //     field.unless("empty", c, part)            a bool that says that nothing follows
 //
 // `part` takes the archive and names its fields as a list does: [&](auto& part) { part("game", self.game_); }. Reading
-// leaves absent fields at their types' defaults, or as orElse() says, so that nothing of an object's earlier life
-// stays.
+// leaves absent fields at their types' defaults, or as orElse() says, so that nothing of an object's earlier life stays.
 
 #include <CommandProcessor/wire/FieldAccess.h>
 

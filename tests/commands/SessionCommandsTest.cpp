@@ -1,169 +1,32 @@
 #include <CommandProcessor/commands/AllCommands.h>
-#include <CommandProcessor/wire/CommandDeserializeException.h>
-#include <CommandProcessor/wire/DeserializeCommandBuf.h>
-#include <CommandProcessor/wire/SerializeCommandBuf.h>
+#include <hostkit/CommandHandle.h>
+#include <tests/support/WireBytes.h>
 
 #include <gtest/gtest.h>
 
 #include <ctime>
 #include <iterator>
-#include <memory>
 #include <string>
-#include <typeinfo>
-#include <vector>
 
-namespace poker {
+namespace poker::test {
 namespace {
 
-using Bytes = std::vector<std::uint8_t>;
-
-constexpr std::uint32_t kFrame = 2;
-
-struct Release {
-  void operator()(PokerCommandI* command) const { command->release(); }
-};
-template <class T>
-using Pooled = std::unique_ptr<T, Release>;
-
-template <class T>
-Pooled<T> make() {
-  return Pooled<T>(&CachedCmdCreator<T>::create());
-}
-
-template <class T, class... Args>
-Pooled<T> make(Args... args) {
-  auto command = make<T>();
-  command->init(args...);
-  return command;
-}
-
-/// Frame and fields, without the length slot.
-Bytes bytesOf(const PokerCommandI& command) {
-  SerializeCommandBuf buf(16);
-  command.serialize(buf);
-  return Bytes(buf.data() + 4, buf.data() + buf.used());
-}
-
-/// @return the message of the failure, empty when there was none
-std::string decode(PokerCommandI& command, const Bytes& body, std::uint32_t* position = nullptr) {
-  DeserializeCommandBuf buf(body.data(), static_cast<std::uint32_t>(body.size()));
-  std::string message;
-  try {
-    command.deserialize(buf);
-  } catch (CommandDeserializeException* thrown) {
-    message = thrown->message();
-    delete thrown;
-  }
-  if (position != nullptr) *position = buf.position();
+/// Also tells where the reading ended, in a body that need not be used up.
+std::string decode(PokerCommandI& command, const Bytes& body, std::uint32_t& position) {
+  DeserializeCommandBuf in(body.data(), static_cast<std::uint32_t>(body.size()));
+  const std::string message = messageOf([&] { command.deserialize(in); });
+  position = in.position();
   return message;
 }
 
-Bytes bodyOf(const PokerCommandI& command) {
-  const Bytes bytes = bytesOf(command);
-  return Bytes(bytes.begin() + kFrame, bytes.end());
-}
-
-/// Twice, as the clock may move on between the two sides of one comparison of SrvPings.
-bool sameBytes(const PokerCommandI& a, const PokerCommandI& b) {
-  return bytesOf(a) == bytesOf(b) || bytesOf(a) == bytesOf(b);
-}
-
-struct Sample {
-  PokerCommandI* fresh;  // as its constructor leaves it
-  PokerCommandI* used;   // filled with large values
-  void (*init)(PokerCommandI&);
-};
-
-template <class T, auto... kArgs>
-Sample sample() {
-  // The pool hands out what came back to it; emptied first, it has to construct.
-  CachedCmdCreator<T>::clearCache();
-  const auto init = [](PokerCommandI& command) { dynamic_cast<T&>(command).init(kArgs...); };
-  Sample made{&CachedCmdCreator<T>::create(), &CachedCmdCreator<T>::create(), init};
-  init(*made.used);
-  return made;
-}
-
-constexpr char kLongText[] = "a text that is much too long for the storage inside a string";
 constexpr unsigned char kRecord[] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10};
-
-class SessionCommands : public testing::Test {
- protected:
-  ~SessionCommands() override {
-    for (const Sample& each : samples_) {
-      each.fresh->release();
-      each.used->release();
-    }
-  }
-
-  const std::vector<Sample> samples_{
-      sample<ClHandShake, 0xFFFFFFFFu>(),
-      sample<SrvHandShaked>(),
-      sample<ClSSLHandshakeData, &kRecord[0], 10u, SSLDataType{255}>(),
-      sample<SrvSSLHandshakeData, &kRecord[0], 10u, SSLDataType{255}>(),
-      sample<ClKeepAlive, 0xFFFFFFFFu>(),
-      sample<SrvKeepAliveReply, 0xFFFFFFFFu>(),
-      sample<ClPing, std::uint8_t{255}, 255u>(),
-      sample<SrvPing, 77>(),
-      sample<ClBye>(),
-      sample<SrvErrorDisconnected, SrvErrorDisconnected::ErrorCode{0xFFFFFFFFu}>(),
-      sample<SrvConnectError>(),
-      sample<SrvMaintenance, kLongText, MaintainID{255}>(),
-      sample<SrvBusy>(),
-      sample<ServiceNotAvailable, kLongText>(),
-      sample<SrvNewClientVersionAvail, SrvNewClientVersionAvail::OptionalUpgrade,
-             SrvNewClientVersionAvail::StandardAndCustomText, kLongText>(),
-      sample<SrvForward>(),
-  };
-};
-
-TEST_F(SessionCommands, InitAndDeserializeLeaveNoConnection) {
-  for (const Sample& each : samples_) {
-    SCOPED_TRACE(typeid(*each.used).name());
-    each.used->setConnID(5);
-    each.init(*each.used);
-    EXPECT_TRUE(each.used->connections().empty());
-
-    each.used->setConnID(5);
-    EXPECT_EQ(decode(*each.used, bodyOf(*each.used)), "");
-    EXPECT_TRUE(each.used->connections().empty());
-  }
-}
-
-TEST_F(SessionCommands, DecodingIntoAUsedObjectLeavesNothingOfItsEarlierUse) {
-  for (const Sample& each : samples_) {
-    SCOPED_TRACE(typeid(*each.used).name());
-    EXPECT_EQ(decode(*each.used, bodyOf(*each.fresh)), "");
-    EXPECT_TRUE(sameBytes(*each.used, *each.fresh));
-  }
-}
-
-TEST_F(SessionCommands, ClonesAreEqualAndTheirOwn) {
-  for (const Sample& each : samples_) {
-    SCOPED_TRACE(typeid(*each.used).name());
-    each.used->setConnID(5);
-    each.used->setConnID(3);
-    const Pooled<PokerCommandI> owner(each.used->clone());
-    ASSERT_NE(owner, nullptr);
-    const PokerCommandI& clone = *owner;
-    EXPECT_TRUE(typeid(clone) == typeid(*each.used));
-    EXPECT_TRUE(clone.connections() == each.used->connections());
-    EXPECT_TRUE(sameBytes(clone, *each.used));
-
-    if (typeid(clone) == typeid(SrvPing)) continue;  // its bytes change with the clock
-    const Bytes before = bytesOf(clone);
-    EXPECT_EQ(decode(*each.used, bodyOf(*each.fresh)), "");
-    EXPECT_EQ(bytesOf(clone), before);
-    EXPECT_EQ(clone.getConnID(), 3);
-  }
-}
 
 TEST(ClHandShakeTest, StopsAtThePaddingThatIsCut) {
   const auto command = make<ClHandShake>();
   const std::uint32_t stops[] = {0, 0, 0, 0, 0, 5, 5, 7, 8, 8, 8, 8, 12};
   for (std::size_t size = 0; size < std::size(stops); ++size) {
     std::uint32_t position = 99;
-    EXPECT_EQ(decode(*command, Bytes(size), &position), "CommandBuf::readNumber - bufSize == 0") << size;
+    EXPECT_EQ(decode(*command, Bytes(size), position), kNumberFails) << size;
     EXPECT_EQ(position, stops[size]) << size;
   }
 }
@@ -186,7 +49,7 @@ TEST(SrvPingTest, RecordsTheSecondsModulo256WhenItIsSent) {
     const auto ping = make<SrvPing>(start);
     EXPECT_EQ(ping->inServer(), 0);
     const std::time_t before = std::time(nullptr);
-    const Bytes bytes = bytesOf(*ping);
+    const Bytes bytes = encode(*ping);
     const std::time_t after = std::time(nullptr);
     ASSERT_EQ(bytes.size(), 3u);
     EXPECT_EQ(ping->inServer(), bytes[2]);
@@ -282,7 +145,7 @@ TYPED_TEST(SecureChannel, CarriesRecordsOfEverySizeOneAfterTheOther) {
     const Bytes body = bodyOf(*command);
     ASSERT_EQ(body.size(), 4 + size + 1);
     EXPECT_EQ(body[0] | body[1] << 8 | body[2] << 16 | body[3] << 24, static_cast<int>(size));
-    EXPECT_EQ(decode(*other, body), "");
+    EXPECT_EQ(test::decode(*other, body), "");
     EXPECT_EQ(Bytes(other->data(), other->data() + other->size()), expected);
     EXPECT_EQ(other->sslDataType(), SSLDataType{9});
   }
@@ -302,12 +165,12 @@ TYPED_TEST(SecureChannel, RejectsSizeAboveBytesLeftBeforeMakingRoom) {
   for (const Bytes& body :
        {Bytes{0xFF, 0xFF, 0xFF, 0xFF, 1, 2, 3, 4}, Bytes{0, 0, 0, 0x80, 1, 2, 3, 4}, Bytes{5, 0, 0, 0, 1, 2, 3, 4}}) {
     std::uint32_t position = 0;
-    EXPECT_EQ(decode(*command, body, &position), "CommandBuf::readNumber - bufSize == 0");
+    EXPECT_EQ(decode(*command, body, position), kNumberFails);
     EXPECT_EQ(position, 4u);
     EXPECT_EQ(command->size(), 3u);  // nobody asked for more room
   }
   // The record is whole; the type behind it is missing.
-  EXPECT_EQ(decode(*command, {4, 0, 0, 0, 1, 2, 3, 4}), "CommandBuf::readNumber - bufSize == 0");
+  EXPECT_EQ(test::decode(*command, {4, 0, 0, 0, 1, 2, 3, 4}), kNumberFails);
 }
 
 TYPED_TEST(SecureChannel, WipesBytesOfEarlierRecordsToo) {
@@ -322,4 +185,4 @@ TYPED_TEST(SecureChannel, WipesBytesOfEarlierRecordsToo) {
 }
 
 }  // namespace
-}  // namespace poker
+}  // namespace poker::test

@@ -1,14 +1,13 @@
 #include <CommandProcessor/commands/table/TableCommands.h>
 #include <CommandProcessor/types/FieldJson.h>
+#include <hostkit/CommandHandle.h>
 #include <tests/support/AllocationCounter.h>
 #include <tests/support/WireBytes.h>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <functional>
 #include <map>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -17,40 +16,14 @@ namespace {
 
 RealMoneyType cents(std::int64_t count) { return RealMoneyType::fromHundredths(count); }
 
-struct Release {
-  void operator()(PokerCommandI* command) const { command->release(); }
-};
 template <class T>
-using Pooled = std::unique_ptr<T, Release>;
-
-template <class T>
-Pooled<T> make() {
-  return Pooled<T>(&CachedCmdCreator<T>::create());
-}
-
-template <class T, class... Args>
-Pooled<T> make(const Args&... args) {
-  auto command = make<T>();
-  command->init(args...);
-  return command;
-}
-
-/// The fields without the frame.
-Bytes bodyOf(const PokerCommandI& command) {
-  const Bytes bytes = encode(command);
-  return Bytes(bytes.begin() + 2, bytes.end());
-}
-
-template <class T>
-Pooled<T> readBack(const PokerCommandI& command) {
-  auto read = make<T>();
+CommandHandle<T> readBack(const PokerCommandI& command) {
+  auto read = CommandHandle<T>::create();
   EXPECT_EQ(decode(*read, bodyOf(command)), "");
   return read;
 }
 
 const Card kOwnAce(Card::Suit::Spade, Card::Rank::Ace, Card::Visibility::HiddenOwner);
-constexpr char kLongText[] = "a text that is much too long for the storage inside a string";
-
 NextTurnOptions someTurns() {
   NextTurnOptions turns;
   turns.addFoldOption();
@@ -61,166 +34,6 @@ NextTurnOptions someTurns() {
 
 UserCardsInfoVector someHands() {
   return {UserCardPack(SeatID(1), {kOwnAce, kOwnAce}), UserCardPack(SeatID(5), {Card(), Card()})};
-}
-
-Pot somePot() {
-  Pot pot(cents(300));
-  pot.addSidePot(cents(40));
-  return pot;
-}
-
-ClientTableState someTable() {
-  ClientTableState state;
-  state.gameID = 7;
-  state.tableName = kLongText;
-  state.gameType = GameType::TexasHoldem;
-  state.realMoney = true;
-  state.maxSeats = 9;
-  state.handNumber = 12;
-  ClientSeatState& seat = state.seats.emplace_back();
-  seat.seatID = SeatID(2);
-  seat.displayName = kLongText;
-  seat.cards = {kOwnAce, kOwnAce};
-  state.pot = somePot();
-  state.board = {Card(), Card(), Card()};
-  state.turnSeat = SeatID(2);
-  state.turnTimeLeft = 30;
-  return state;
-}
-
-// ---- what all of them share
-
-struct Sample {
-  PokerCommandI* fresh;  // as its constructor leaves it
-  PokerCommandI* used;   // filled with values unlike the fresh ones
-  std::function<void()> init;
-};
-
-template <class T>
-Sample sample(std::function<void(T&)> init) {
-  // The pool hands out what came back to it; emptied first, it has to construct.
-  CachedCmdCreator<T>::clearCache();
-  T* used = &CachedCmdCreator<T>::create();
-  init(*used);
-  return {&CachedCmdCreator<T>::create(), used, [=] { init(*used); }};
-}
-
-template <class T, class... Args>
-Sample sample(const Args&... args) {
-  return sample<T>(std::function<void(T&)>([=](T& command) { command.init(args...); }));
-}
-
-class TableCommands : public testing::Test {
- protected:
-  ~TableCommands() override {
-    for (const Sample& each : samples_) {
-      each.fresh->release();
-      each.used->release();
-    }
-  }
-
-  const std::vector<Sample> samples_{
-      sample<ClConnectGame>(7u, kLongText, kLongText, kLongText, 50),
-      sample<SrvConnectGameOK>(COleDateTime(44250.25)),
-      sample<ClSitDown>(SeatID(3), cents(5), TourMoneyChooser(cents(1), cents(2), false)),
-      sample<SrvSitOk>(SeatID(3)),
-      sample<SrvBackOnSeatOk>(SeatID(3)),
-      sample<SrvSitError>(SrvErrorCode::ExactMoneyRequired, cents(5)),
-      sample<OutOfMoney>(cents(5), SrvErrorCode::NotAllowed),
-      sample<ClLeaveSeat>(),
-      sample<ClBack>(),
-      sample<ClGetMoney>(),
-      sample<ClMoreMoney>(cents(5)),
-      sample<SrvMoney>(cents(1), cents(2), cents(3), cents(4)),
-      sample<ClBuyChips>(),
-      sample<SrvUserStateOnTable>(SeatID(3), kLongText, cents(5), UserState::Playing),
-      sample<SrvPlayerLeave>(7u, 8u),
-      sample<ClBotAppEnter>(kLongText),
-      sample<ClScriptSetDealer>(SeatID(3), 6u, std::string(kLongText)),
-      sample<SrvGameStart>(SeatIDSet{1, 2}),
-      sample<SrvCardDeal>(someHands()),
-      sample<SrvPotCardDeal>(someHands()),
-      sample<SrvPostBlind>(SeatID(3), 16384u),
-      sample<SrvMoveDealChip>(SeatID(3)),
-      sample<SrvMoveKillButton>(SeatID(3)),
-      sample<SrvHoldemPlayerPos>(UserAction::BigBlind),
-      sample<SrvUserTurn>(SeatID(3), true, someTurns(), 30u),
-      sample<ClUserAction>(UserAction::Raise, cents(5)),
-      sample<ClActionInAdvance>(64u, cents(5), true),
-      sample<ClTurnReceived>(),
-      sample<SrvUserActionNotify>(SeatID(3), UserAction::Raise, cents(5), cents(6), static_cast<unsigned char>(2)),
-      sample<SrvBetRoundComplete>(somePot(), true, true, cents(5), cents(6)),
-      sample<SrvTUShowDown>(std::function([](SrvTUShowDown& command) {
-        command.init(cents(5));
-        command.addFinalUser({kOwnAce}, SeatID(4), cents(6), SDInfo::Winner);
-        command.addPlayerInfo(SeatID(4), cents(1), cents(6));
-      })),
-      sample<SrvShowPlayerCards>(SeatID(3), CardVector{kOwnAce}),
-      sample<SrvStartAnimation>(SrvStartAnimation::PushPots),
-      sample<SrvTableState>(someTable()),
-      sample<SrvUpdateHintText>(7u, kLongText),
-      sample<ClChatMsg>(kLongText, ChatMsgTypes::Bold),
-      sample<SrvChatMsg>(kLongText, kLongText, ChatMsgTypes::HostChat, ChatMsgTypes::Bold),
-      sample<SrvAdminMsg>(kLongText, kLongText, static_cast<unsigned char>(9)),
-  };
-};
-
-TEST_F(TableCommands, InitAndDeserializeLeaveNoConnection) {
-  for (const Sample& each : samples_) {
-    SCOPED_TRACE(typeid(*each.used).name());
-    each.used->setConnID(5);
-    each.init();
-    EXPECT_TRUE(each.used->connections().empty());
-    each.used->setConnID(5);
-    EXPECT_EQ(decode(*each.used, bodyOf(*each.used)), "");
-    EXPECT_TRUE(each.used->connections().empty());
-  }
-}
-
-TEST_F(TableCommands, DecodingIntoAUsedObjectLeavesNothingOfItsEarlierUse) {
-  for (const Sample& each : samples_) {
-    SCOPED_TRACE(typeid(*each.used).name());
-    const Bytes large = encode(*each.used);
-    EXPECT_EQ(decode(*each.used, bodyOf(*each.fresh)), "");
-    EXPECT_EQ(encode(*each.used), encode(*each.fresh));
-    each.init();
-    EXPECT_EQ(encode(*each.used), large) << "init() does not assign every field";
-  }
-}
-
-TEST_F(TableCommands, ClonesAreEqualAndTheirOwn) {
-  for (const Sample& each : samples_) {
-    SCOPED_TRACE(typeid(*each.used).name());
-    each.used->setConnID(3);
-    const Pooled<PokerCommandI> clone(each.used->clone());
-    ASSERT_NE(clone, nullptr);
-    const PokerCommandI& copy = *clone;
-    EXPECT_TRUE(typeid(copy) == typeid(*each.used));
-    const Bytes before = encode(*each.used);
-    EXPECT_EQ(encode(copy), before);
-    EXPECT_EQ(decode(*each.used, bodyOf(*each.fresh)), "");
-    EXPECT_EQ(encode(copy), before);
-    EXPECT_EQ(copy.getConnID(), 3);
-  }
-}
-
-TEST_F(TableCommands, EveryCutIsFoundAndSteadyDecodingAllocatesNothing) {
-  for (const Sample& each : samples_) {
-    SCOPED_TRACE(typeid(*each.used).name());
-    const Bytes body = bodyOf(*each.used);
-    for (std::size_t size = 0; size < body.size(); ++size) {
-      EXPECT_TRUE(
-          isReadMessage(decode(*each.fresh, Bytes(body.begin(), body.begin() + static_cast<std::ptrdiff_t>(size)))));
-    }
-    ASSERT_EQ(decode(*each.fresh, body), "");
-    const AllocationCounter counter;
-    for (int round = 0; round < 3; ++round) {
-      DeserializeCommandBuf in(body.data(), static_cast<std::uint32_t>(body.size()));
-      each.fresh->deserialize(in);
-    }
-    EXPECT_EQ(counter.calls(), 0u);
-    EXPECT_EQ(bodyOf(*each.fresh), body);
-  }
 }
 
 // ---- seats and chips
@@ -244,8 +57,10 @@ TEST(ClConnectGame, MasksAndWipesThePassword) {
   command->wipeSecrets();
   EXPECT_EQ(command->getPass(), "");
   EXPECT_EQ(command->getClientIP(), "ip");
+  // Three in a row: a single one may be a byte of a pointer.
   const auto* const object = reinterpret_cast<const unsigned char*>(command.get());
-  EXPECT_EQ(std::count(object, object + sizeof(ClConnectGame), 'Q'), 0) << "bytes stay inside the object";
+  EXPECT_EQ(std::search_n(object, object + sizeof(ClConnectGame), 3, 'Q'), object + sizeof(ClConnectGame))
+      << "bytes stay inside the object";
 }
 
 TEST(SrvSitError, SaysNothingOfMoneyThatIsZero) {
@@ -454,6 +269,9 @@ TEST(TableBases, WriteTheCodeOfTheirCreatorAndTheirFields) {
   EXPECT_EQ(toHex(encode(SrvTableStateUpdate(CommandType::SrvUserTurn))), "3A 01 64 00");
   SrvTableStateUpdate update(CommandType::OutOfMoney, SeatID(7), true);
   EXPECT_EQ(toHex(encode(update)), "3D 01 07 01");
+  SrvTableStateUpdate other(CommandType::SrvUserTurn);
+  other = update;
+  EXPECT_EQ(toHex(encode(other)), "3A 01 07 01") << "assignment keeps the code";
   ASSERT_EQ(decode(update, hex("02 80")), "");
   EXPECT_TRUE(update.isNotify());
   EXPECT_EQ(toHex(encode(update)), "3D 01 02 01") << "any other true is written as 1";

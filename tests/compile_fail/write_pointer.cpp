@@ -1,4 +1,4 @@
-// expect-error: no matching function
+// expect-error: no matching
 // A pointer is no bool on the wire.
 #include <CommandProcessor/wire/SerializeCommandBuf.h>
 

@@ -7,6 +7,7 @@
 #include <string>
 
 #include <tests/support/AllocationCounter.h>
+#include <tests/support/Golden.h>
 #include "HostKitUse.h"
 
 namespace poker::test {
@@ -17,49 +18,32 @@ using Kind = DecodeError::Kind;
 constexpr DecodePolicy kServer = DecodePolicy::of(Side::Server);
 constexpr DecodePolicy kClient = DecodePolicy::of(Side::Client);
 
-std::span<const std::uint8_t> withoutSlot(const Bytes& frame) { return std::span(frame).subspan(4); }
-
 struct Sample {
-  Bytes frame;
+  Bytes bytes;  // without the length slot
   DecodePolicy policy;
 };
 
-const unsigned char kSecret[] = {1, 2, 3, 4, 5};
-
-/// One frame of each class that opens, keeps or ends a session.
-std::map<std::string, Sample> sessionFrames() {
-  return {
-      {"ClHandShake", {frame<ClHandShake>(0x01020304u), kServer}},
-      {"ClKeepAlive", {frame<ClKeepAlive>(77u), kServer}},
-      {"ClPing", {frame<ClPing>(std::uint8_t{3}, 0x1FFu), kServer}},
-      {"ClBye", {frame<ClBye>(), kServer}},
-      {"ClSSLHandshakeData", {frame<ClSSLHandshakeData>(kSecret, 5u, SSLDataType{2}), kServer}},
-      {"SrvHandShaked", {frame<SrvHandShaked>(), kClient}},
-      {"SrvSSLHandshakeData", {frame<SrvSSLHandshakeData>(kSecret, 5u, SSLDataType{2}), kClient}},
-      {"SrvKeepAliveReply", {frame<SrvKeepAliveReply>(77u), kClient}},
-      {"SrvPing", {frame<SrvPing>(std::int32_t{0}), kClient}},
-      {"SrvErrorDisconnected", {frame<SrvErrorDisconnected>(SrvErrorDisconnected::Banned), kClient}},
-      {"SrvConnectError", {frame<SrvConnectError>(), kClient}},
-      {"SrvMaintenance", {frame<SrvMaintenance>("back at noon", MaintainID{1}), kClient}},
-      {"SrvBusy", {frame<SrvBusy>(), kClient}},
-      {"ServiceNotAvailable", {frame<ServiceNotAvailable>("other.example"), kClient}},
-      {"SrvNewClientVersionAvail",
-       {frame<SrvNewClientVersionAvail>(SrvNewClientVersionAvail::OptionalUpgrade,
-                                        SrvNewClientVersionAvail::StandardAndCustomText, "text"),
-        kClient}},
-      {"SrvForward", {frame<SrvForward>(), kClient}},
-  };
+/// The longest golden line of each class that travels.
+std::map<std::string, Sample> samples() {
+  std::map<std::string, Sample> longest;
+  for (const GoldenLine& line : goldenLines(CP_TEST_DATA_DIR)) {
+    if (line.name == "UpdateHardwareInfo") continue;  // stays in memory
+    Sample& sample = longest.try_emplace(line.name, Sample{{}, kServer}).first->second;
+    if (findCommand(line.name)->direction == CommandDirection::ServerToClient) sample.policy = kClient;
+    if (Bytes bytes = hex(line.hex); bytes.size() > sample.bytes.size()) sample.bytes = std::move(bytes);
+  }
+  return longest;
 }
 
 TEST(Factory, FindsEachClassByPairByNameAndByObject) {
-  for (const auto& [name, sample] : sessionFrames()) {
+  for (const auto& [name, sample] : samples()) {
     const CommandClass* byName = CommandFactory::find(name);
     ASSERT_NE(byName, nullptr) << name;
-    EXPECT_EQ(byName, CommandFactory::find(static_cast<ProcessorFamily>(sample.frame[5]), sample.frame[4])) << name;
+    EXPECT_EQ(byName, CommandFactory::find(static_cast<ProcessorFamily>(sample.bytes[1]), sample.bytes[0])) << name;
     const CommandHandle<> object = CommandFactory::create(byName->family(), byName->code());
     ASSERT_TRUE(object) << name;
     EXPECT_EQ(CommandFactory::find(*object), byName) << name;
-    EXPECT_EQ(object->getTypeCode(), sample.frame[4]) << name;
+    EXPECT_EQ(object->getTypeCode(), sample.bytes[0]) << name;
   }
   for (const CommandClass& each : CommandFactory::classes()) {
     EXPECT_EQ(&each, CommandFactory::find(each.name()));
@@ -117,8 +101,8 @@ TEST(Decode, AnswersEachOfThe65536PairsOnBothSides) {
 }
 
 TEST(Decode, RejectsTrailingBytesFromAClientAndLetsAServerAppend) {
-  for (const auto& [name, sample] : sessionFrames()) {
-    Bytes longer(sample.frame.begin() + 4, sample.frame.end());
+  for (const auto& [name, sample] : samples()) {
+    Bytes longer = sample.bytes;
     longer.push_back(0x55);
     DecodePolicy policy = sample.policy;
     policy.rejectTrailing = true;
@@ -135,7 +119,7 @@ TEST(Decode, RejectsTrailingBytesFromAClientAndLetsAServerAppend) {
 
 // Every prefix, and every byte through all its values: a command, or one of the reader's messages with its place; the
 // object is back in its pool either way, and memory stays in proportion to the frame.
-TEST(Decode, SurvivesEveryDamageToASessionCommand) {
+TEST(Decode, SurvivesEveryDamageToACommand) {
   const auto tryOne = [](const std::string& name, const Bytes& bytes, const DecodePolicy& policy) {
     const AllocationCounter memory;
     const DecodeResult result = decodeCommand(bytes, policy);
@@ -151,8 +135,8 @@ TEST(Decode, SurvivesEveryDamageToASessionCommand) {
       EXPECT_EQ(error.kind, Kind::TrailingBytes) << name << ' ' << error.toString();
     }
   };
-  for (const auto& [name, sample] : sessionFrames()) {
-    const Bytes whole(sample.frame.begin() + 4, sample.frame.end());
+  for (const auto& [name, sample] : samples()) {
+    const Bytes& whole = sample.bytes;
     EXPECT_TRUE(decodeCommand(whole, sample.policy)) << name;
     for (std::size_t size = 2; size < whole.size(); ++size) {
       const Bytes prefix(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
@@ -170,8 +154,7 @@ TEST(Decode, SurvivesEveryDamageToASessionCommand) {
 }
 
 TEST(Decode, GivesTheObjectBackWhenReadingFails) {
-  const Bytes whole = frame<ClKeepAlive>(1u);
-  ASSERT_TRUE(decodeCommand(withoutSlot(whole), kServer));
+  ASSERT_TRUE(decodeCommand(hex("80 02 01 00 00 00"), kServer));
   const std::uint32_t before = idle<ClKeepAlive>();
   for (int i = 0; i < 100; ++i) {
     EXPECT_FALSE(decodeCommand(Bytes{128, 2, 0}, kServer));
@@ -183,22 +166,17 @@ TEST(Decode, GivesTheObjectBackWhenReadingFails) {
 }
 
 TEST(Decode, LeavesNoSecretInThePool) {
-  const Bytes whole = frame<ClSSLHandshakeData>(kSecret, 5u, SSLDataType{2});
   CachedCmdCreator<ClSSLHandshakeData>::clearCache();
-  ASSERT_TRUE(decodeCommand(withoutSlot(whole), kServer));  // and released at once
+  ASSERT_TRUE(decodeCommand(hex("D0 02 05 00 00 00 01 02 03 04 05 02"), kServer));  // and released at once
   const CommandHandle<ClSSLHandshakeData> again = CommandHandle<ClSSLHandshakeData>::create();
-  for (std::uint32_t i = 0; i < again->size(); ++i) EXPECT_EQ(again->data()[i], 0) << i;
+  EXPECT_EQ(again->size(), 0u) << "was not wiped";
 }
 
 TEST(Decode, AllocatesNothingOnceThePoolIsWarm) {
-  const auto samples = sessionFrames();
-  for (const auto& [name, sample] : samples)
-    ASSERT_TRUE(decodeCommand(withoutSlot(sample.frame), sample.policy)) << name;
-  for (const std::string name :
-       {"ClHandShake", "ClKeepAlive", "ClPing", "SrvKeepAliveReply", "SrvPing", "SrvMaintenance"}) {
-    const Sample& sample = samples.at(name);
+  for (const auto& [name, sample] : samples()) {
+    ASSERT_TRUE(decodeCommand(sample.bytes, sample.policy)) << name;
     const AllocationCounter memory;
-    for (int i = 0; i < 100; ++i) EXPECT_TRUE(decodeCommand(withoutSlot(sample.frame), sample.policy));
+    for (int i = 0; i < 100; ++i) EXPECT_TRUE(decodeCommand(sample.bytes, sample.policy));
     EXPECT_EQ(memory.calls(), 0u) << name;
   }
 }

@@ -59,20 +59,6 @@ TEST(Pool, HandsOutTheOldestAsItWasLeft) {
   again.release();
 }
 
-TEST(Pool, CloneIsACopyFromThePool) {
-  ClKeepAlive& source = Pool::create();
-  source.init(42);
-  source.setConnID(9);
-  source.setConnID(4);
-  auto* copy = static_cast<ClKeepAlive*>(source.clone());
-  ASSERT_NE(copy, &source);
-  EXPECT_EQ(copy->sequenceNumber(), 42u);
-  EXPECT_EQ(copy->getConnections(), source.getConnections());
-  EXPECT_EQ(copy->checkValidAndThrow(), 0x0FFCE0FF);
-  copy->release();
-  source.release();
-}
-
 TEST(Pool, CountsWhatItAllocatedAndNeverLess) {
   const auto counted = [] {
     for (const std::string& line : dump(*DebugStaticLogger::instance(), "test")) {

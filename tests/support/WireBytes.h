@@ -50,6 +50,13 @@ Bytes encode(const T& record) {
   return written(buf);
 }
 
+/// A command's fields without its frame.
+template <class T>
+Bytes bodyOf(const T& command) {
+  const Bytes bytes = encode(command);
+  return {bytes.begin() + 2, bytes.end()};
+}
+
 /// Runs what reads, and returns the message that it threw; "" when it did not.
 template <class Read>
 std::string messageOf(Read&& read) {

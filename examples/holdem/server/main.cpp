@@ -15,6 +15,7 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 
 namespace {
 
@@ -36,7 +37,14 @@ void writePortFile(const std::string& path, std::uint16_t port) {
 /// Runs the server until it has drained.
 void serve(const ServerSettings& settings, const std::string& portFile, Transcript* transcript) {
   asio::io_context context(1);
-  Server server(context, settings, transcript);
+  const auto listening = [&] {
+    try {
+      return std::make_unique<Server>(context, settings, transcript);
+    } catch (const std::system_error& error) {
+      throw std::runtime_error("cannot listen at " + settings.listen.toString() + ": " + error.what());
+    }
+  }();
+  Server& server = *listening;
   asio::signal_set signals(context, SIGINT, SIGTERM);
 #ifdef SIGUSR1
   signals.add(SIGUSR1);
@@ -78,6 +86,7 @@ int main(int argc, char** argv) {
   addEndpoint(app, "--listen", settings.listen, "where to listen; port 0: the system chooses");
   app.add_option("--port-file", portFile, "written once the server listens: its port")->type_name("FILE");
   app.add_option("--max-connections", settings.maxConnections, "clients served at once")
+      ->check(CLI::Range(0, 1'000'000).description(""))
       ->capture_default_str()
       ->type_name("N");
   app.add_option("--current-version", settings.currentVersion, "older clients are told to upgrade")
@@ -97,15 +106,25 @@ int main(int argc, char** argv) {
   app.add_option("--announcement", settings.announcement, "what clients are told at SIGUSR1")->type_name("TEXT");
   app.add_option("--farewell", settings.farewell, "what clients are told when the server drains")->type_name("TEXT");
   app.add_option("--log", logFile, "log there and not to the standard error")->type_name("FILE");
-  app.add_option("--log-level", logLevel, "0: connections; 1: commands too")->capture_default_str()->type_name("N");
+  app.add_option("--log-level", logLevel, "0: connections; 1: commands too")
+      ->check(CLI::Range(0, 1).description(""))
+      ->capture_default_str()
+      ->type_name("N");
   app.add_flag("--transcript", wantsTranscript, "show the conversation on the standard output");
   addColour(app, colour);
   app.add_flag("--dump-on-exit", dumpOnExit, "log the memory of the command pools at the end");
   if (const int status = parseOptions(app, argc, argv); status >= 0) return status;
   if (moved->count() != 0) settings.movedTo = movedTo;
+#ifdef SIGPIPE
+  std::signal(SIGPIPE, SIG_IGN);  // whoever read the transcript may leave; the game goes on
+#endif
 
   try {
     Log::setLevel(logLevel);
+    const std::filesystem::path logFolder = std::filesystem::path(logFile).parent_path();
+    if (!logFolder.empty() && !std::filesystem::is_directory(logFolder)) {
+      throw std::runtime_error("there is no folder " + logFolder.string());
+    }
     if (!logFile.empty() && !Log::logToFile(logFile)) throw std::runtime_error("cannot write " + logFile);
     std::unique_ptr<Transcript> transcript;
     if (wantsTranscript) transcript = std::make_unique<Transcript>(stdout, wantsColour(colour, stdout));

@@ -33,6 +33,12 @@ void addSeconds(CLI::App& app, const std::string& name, std::chrono::millisecond
          name, [&value](const double& seconds) { value = std::chrono::milliseconds(std::llround(seconds * 1000)); },
          help)
       ->check(CLI::Range(0.0, 86400.0).description(""))
+      ->check(CLI::Validator(
+          [](const std::string& text) {
+            return text.find_first_not_of("0123456789.") == std::string::npos ? std::string()
+                                                                              : "not a number of seconds: " + text;
+          },
+          ""))
       ->type_name("SECONDS")
       ->default_str(fmt::format("{}", standard));
 }

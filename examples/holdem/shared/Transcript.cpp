@@ -17,6 +17,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <map>
 #include <vector>
 
@@ -65,7 +66,9 @@ std::size_t widthOf([[maybe_unused]] std::FILE* out) {
   winsize size{};
   if (ioctl(fileno(out), TIOCGWINSZ, &size) == 0 && size.ws_col != 0) return size.ws_col;
 #endif
-  return kUsualWidth;
+  const char* columns = std::getenv("COLUMNS");
+  const std::size_t width = columns != nullptr ? std::strtoul(columns, nullptr, 10) : 0;
+  return width != 0 ? width : kUsualWidth;
 }
 
 /// Breaks a text into lines of that many characters at most: at a blank where there is one, anywhere otherwise.
