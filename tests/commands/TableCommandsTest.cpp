@@ -102,9 +102,11 @@ For more information please contact @>SUPPORT<@.)"},
      "If you have any questions please contact the HOST."},
 };
 
-std::string replaced(std::string text, std::string_view part, std::string_view by) {
+std::string replaced(std::string_view text, std::string_view part, std::string_view by) {
   const auto place = text.find(part);
-  return place == std::string::npos ? text : text.replace(place, part.size(), by);
+  std::string result(text.substr(0, place));
+  if (place != std::string_view::npos) result.append(by).append(text.substr(place + part.size()));
+  return result;
 }
 
 TEST(SeatErrors, KeepEveryTextByteForByte) {
