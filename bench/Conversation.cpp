@@ -1,6 +1,8 @@
 #include "Conversation.h"
 
 #include <CommandProcessor/wire/WireNumber.h>
+#include <hostkit/CommandFactory.h>
+#include <hostkit/CommandHandle.h>
 
 #include <cstdlib>
 
@@ -28,16 +30,9 @@ PlainMessage plain(Kind kind, std::uint32_t number = 0, std::string_view text = 
   return message;
 }
 
-template <class T>
-T& take() {
-  return CachedCmdCreator<T>::create();
-}
-
 template <class T, class... Arguments>
-PokerCommandI& make(Arguments... arguments) {
-  T& command = take<T>();
-  command.init(arguments...);
-  return command;
+PokerCommandI& filled(const Arguments&... arguments) {
+  return *poker::make<T>(arguments...).detach();
 }
 
 }  // namespace
@@ -175,30 +170,28 @@ bool decodeByHand(const std::uint8_t* from, std::size_t size, PlainMessage& mess
 PokerCommandI& makeCommand(const PlainMessage& message) {
   switch (message.kind) {
     case Kind::HandShake:
-      return make<ClHandShake>(message.number);
+      return filled<ClHandShake>(message.number);
     case Kind::HandShaked:
-      return make<SrvHandShaked>();
+      return filled<SrvHandShaked>();
     case Kind::KeepAlive:
-      return make<ClKeepAlive>(message.number);
+      return filled<ClKeepAlive>(message.number);
     case Kind::KeepAliveReply:
-      return make<SrvKeepAliveReply>(message.number);
+      return filled<SrvKeepAliveReply>(message.number);
     case Kind::Ping:
-      return make<ClPing>(message.first, static_cast<std::uint32_t>(message.second));
-    case Kind::Maintenance: {
-      auto& command = take<SrvMaintenance>();
-      command.init(std::string(message.text, message.length), static_cast<MaintainID>(message.first));
-      return command;
-    }
+      return filled<ClPing>(message.first, static_cast<std::uint32_t>(message.second));
+    case Kind::Maintenance:
+      return filled<SrvMaintenance>(std::string_view(message.text, message.length),
+                                    static_cast<MaintainID>(message.first));
     case Kind::NewServer:
-      return make<ServiceNotAvailable>(message.text);
+      return filled<ServiceNotAvailable>(message.text);
     case Kind::NewVersion:
-      return make<SrvNewClientVersionAvail>(static_cast<SrvNewClientVersionAvail::VersionType>(message.first),
-                                            static_cast<SrvNewClientVersionAvail::ShowStyle>(message.second),
-                                            message.text);
+      return filled<SrvNewClientVersionAvail>(static_cast<SrvNewClientVersionAvail::VersionType>(message.first),
+                                              static_cast<SrvNewClientVersionAvail::ShowStyle>(message.second),
+                                              message.text);
     case Kind::Disconnected:
-      return make<SrvErrorDisconnected>(static_cast<SrvErrorDisconnected::ErrorCode>(message.number));
+      return filled<SrvErrorDisconnected>(static_cast<SrvErrorDisconnected::ErrorCode>(message.number));
     case Kind::Bye:
-      return make<ClBye>();
+      return filled<ClBye>();
     case Kind::kKinds:
       break;
   }
@@ -206,30 +199,7 @@ PokerCommandI& makeCommand(const PlainMessage& message) {
 }
 
 PokerCommandI& takeCommand(std::uint8_t family, std::uint8_t code) {
-  switch (family << 8 | code) {
-    case 203:
-      return take<ClHandShake>();
-    case 1 << 8 | 200:
-      return take<SrvHandShaked>();
-    case 2 << 8 | 128:
-      return take<ClKeepAlive>();
-    case 1 << 8 | 85:
-      return take<SrvKeepAliveReply>();
-    case 2 << 8 | 127:
-      return take<ClPing>();
-    case 1 << 8 | 205:
-      return take<SrvMaintenance>();
-    case 1 << 8 | 35:
-      return take<ServiceNotAvailable>();
-    case 1 << 8 | 90:
-      return take<SrvNewClientVersionAvail>();
-    case 201:
-      return take<SrvErrorDisconnected>();
-    case 204:
-      return take<ClBye>();
-    default:
-      std::abort();
-  }
+  return CommandFactory::find(static_cast<ProcessorFamily>(family), code)->create();
 }
 
 }  // namespace poker::bench

@@ -12,28 +12,34 @@
 
 namespace poker::wire {
 
-class FieldResetter {
+/// For archives that go through every part, whether it is there or not.
+template <class Archive>
+class EveryPart {
+ public:
+  void zeros(std::uint32_t) {}
+  template <class Part>
+  void when(std::string_view, bool, Part&& part) {
+    part(static_cast<Archive&>(*this));
+  }
+  template <class Part>
+  void present(std::string_view name, bool condition, Part&& part) {
+    when(name, condition, part);
+  }
+  template <class Part>
+  void unless(std::string_view name, bool condition, Part&& part) {
+    when(name, condition, part);
+  }
+};
+
+class FieldResetter : public EveryPart<FieldResetter> {
  public:
   template <class X>
   void operator()(std::string_view, X&& value) {
     codecFor(value).reset();
   }
-  void zeros(std::uint32_t) {}
   template <class X>
   void local(X&& value) {
     codecFor(value).reset();
-  }
-  template <class Part>
-  void when(std::string_view, bool, Part&& part) {
-    part(*this);
-  }
-  template <class Part>
-  void present(std::string_view, bool, Part&& part) {
-    part(*this);
-  }
-  template <class Part>
-  void unless(std::string_view, bool, Part&& part) {
-    part(*this);
   }
 };
 
@@ -165,28 +171,15 @@ class WireFit {
 };
 
 /// Overwrites every secret() field, also inside records.
-class SecretWiper {
+class SecretWiper : public EveryPart<SecretWiper> {
  public:
   template <class X>
   void operator()(std::string_view, X&& value) {
     wipe(codecFor(value));
   }
-  void zeros(std::uint32_t) {}
   template <class X>
   void local(X&& value) {
     wipe(codecFor(value));
-  }
-  template <class Part>
-  void when(std::string_view, bool, Part&& part) {
-    part(*this);
-  }
-  template <class Part>
-  void present(std::string_view, bool, Part&& part) {
-    part(*this);
-  }
-  template <class Part>
-  void unless(std::string_view, bool, Part&& part) {
-    part(*this);
   }
 
  private:
