@@ -1,0 +1,155 @@
+#pragma once
+
+#include <CommandProcessor/types/RealMoneyType.h>
+#include <CommandProcessor/types/TypeWrapper.h>
+#include <examples/holdem/server/bank/Password.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace poker::holdem {
+
+/// The bank's own number of an account, never given twice.
+enum class AccountID : std::int64_t {};
+
+struct Account {
+  AccountID id;
+  std::string name;  ///< as it was registered, however it was typed now
+  RealMoneyType balance;
+};
+
+struct SeatedPlayer {
+  AccountID account;
+  std::string name;
+  SeatID seat;
+  RealMoneyType stack;
+};
+
+/// All money there is.
+struct Audit {
+  RealMoneyType issued;  ///< what the house has given out
+  RealMoneyType balances;
+  RealMoneyType stacks;
+  RealMoneyType rake;
+
+  /// Zero, or chips came from nowhere (below zero) or are lost.
+  RealMoneyType difference() const { return issued - balances - stacks - rake; }
+};
+
+/// How a player stands.
+struct Standing {
+  std::string name;
+  RealMoneyType issued;  ///< what the house gave
+  RealMoneyType balance;
+  RealMoneyType stack;
+  std::int64_t handsPlayed;
+  std::int64_t handsWon;
+
+  friend bool operator==(const Standing&, const Standing&) = default;
+};
+
+/// What one hand changed.
+struct FinishedHand {
+  struct Player {
+    AccountID account;
+    RealMoneyType before;  ///< the stack when the hand began
+    RealMoneyType after;
+    bool won;
+  };
+
+  std::uint32_t game;
+  std::uint64_t number;  ///< from 1; no two hands of any games have the same
+  std::string record;    ///< JSON, for replays; the bank does not look into it
+  std::vector<Player> players;
+  RealMoneyType rake;
+};
+
+/// The database cannot be used, or the host asked for what cannot be. Nothing has changed.
+class BankError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+struct BankSettings {
+  std::string file;                       ///< ":memory:" for a bank that is gone when it ends
+  unsigned passwordCost = kPasswordCost;  ///< of new accounts, as hashPassword() takes it
+};
+
+/// Accounts, chips on seats and finished hands, in an SQLite database that no other process can open meanwhile. An account
+/// sits on one seat at most, whatever the game.
+///
+/// Each operation is one transaction: it has happened when it returns, and has not when it throws. What has happened
+/// survives the end of the process, however sudden. A power failure may take the last operations back, all from some
+/// moment on: the sums still hold.
+///
+/// Every operation throws BankError when the database fails (a full disk) or an account does not exist. One thread uses a bank
+/// at a time.
+class Bank {
+ public:
+  /// Creates the file, readable for its owner alone, if there is none.
+  /// @throws BankError  the file cannot be opened, is used by another server, is no bank, or one of a newer server; the
+  ///                    password cost is out of range
+  explicit Bank(const BankSettings& settings);
+  ~Bank();
+
+  /// @param name, password  acceptable ones
+  /// @param email  only kept; not if it is longer than an address can be (254 bytes)
+  /// @param gift  what the account begins with, 0 to kLargestMoney
+  /// @return nothing when the name is taken; upper and lower case are the same
+  std::optional<AccountID> openAccount(const std::string& name, std::string_view password, const std::string& email,
+                                       RealMoneyType gift);
+
+  /// Takes as long when there is no such account, as long as all were opened at the same cost.
+  /// @return nothing for an unknown name or a wrong password
+  std::optional<Account> logOn(const std::string& name, std::string_view password);
+
+  RealMoneyType balance(AccountID account);
+
+  /// Moves `amount`, above zero, from the account to the seat.
+  /// @return false when the account does not have it
+  /// @throws BankError  the seat is taken, or the account has one already
+  bool sitDown(AccountID account, std::uint32_t game, SeatID seat, RealMoneyType amount);
+
+  /// The same for a seat that the account has.
+  /// @throws BankError  the account has no seat
+  bool addChips(AccountID account, RealMoneyType amount);
+
+  /// Moves the stack back to the account and frees the seat.
+  /// @return the stack
+  /// @throws BankError  the account has no seat
+  RealMoneyType standUp(AccountID account);
+
+  /// @throws BankError  chips would appear or vanish, a stack is not what `before` says, a stack or the rake would be below
+  ///                    zero, a player is named twice or does not sit in that game, or the number was used
+  void finishHand(const FinishedHand& hand);
+
+  /// Of all games; 0 before the first hand.
+  std::uint64_t lastHandNumber();
+  /// By seat.
+  std::vector<SeatedPlayer> seated(std::uint32_t game);
+  /// All players, the most money (balance and stack) first, then by name.
+  std::vector<Standing> standings();
+  Audit audit();
+  /// @return nothing when there is no such hand
+  std::optional<std::string> handRecord(std::uint64_t number);
+  /// The numbers of the hands that the account played, newest first.
+  std::vector<std::uint64_t> handsOf(AccountID account, std::size_t most);
+
+ private:
+  struct Store;
+
+  std::unique_ptr<Store> store_;
+  unsigned passwordCost_;
+  std::string decoy_;  // a hash that stands in for that of an unknown name
+};
+
+/// 2 to 20 ASCII letters, digits, '-', '_', '.', and blanks inside.
+bool isAcceptableName(std::string_view name);
+
+}  // namespace poker::holdem
