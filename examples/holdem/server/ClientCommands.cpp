@@ -1,7 +1,10 @@
 #include <examples/holdem/server/ClientCommands.h>
 
+#include <examples/holdem/server/House.h>
 #include <examples/holdem/server/Server.h>
+#include <examples/holdem/shared/LogLine.h>
 #include <examples/holdem/shared/Protocol.h>
+#include <inspect/CommandText.h>
 
 namespace poker::holdem {
 
@@ -9,14 +12,12 @@ bool ClientCommands::processCommand(PokerCommandTmpl<ClientCmdProcessorType>& co
   arrival_ = std::time(nullptr);
   endsConnection_ = false;
   const ConnectionID sender = command.getConnID();
-  ResultsGuard guard(results_);
-  command.process(results_, *this);
-  guard.send(
-      buffer_, [&](const EncodedCommand& reply, const ConnectionID& to) { server_.sendFrame(to, reply.frame); },
-      [&](const EncodedCommand& reply) { server_.sendFrame(sender, reply.frame); });
+  house_.outbox().run([&](Results& results) { command.process(results, *this); });
   if (endsConnection_) server_.finish(sender);
   return true;
 }
+
+// The connection
 
 void ClientCommands::onClHandShake(Results& results, ClHandShake& request) {
   const ServerSettings& settings = server_.settings();
@@ -48,5 +49,90 @@ void ClientCommands::onClPing(Results& results, ClPing& request) {
 }
 
 void ClientCommands::onClBye(Results&, ClBye&) { endsConnection_ = true; }
+
+// Players and tables
+
+void ClientCommands::onClLogon(Results&, ClLogon& request) {
+  house_.logOn(request.getConnID(), request.userName(), request.password());
+}
+
+void ClientCommands::onClConnectGame(Results&, ClConnectGame& request) {
+  house_.enterTable(request.getConnID(), request.getGameID(), request.getPass());
+}
+
+void ClientCommands::onClSendUserPass(Results&, ClSendUserPass& request) {
+  house_.tellPassword(request.getConnID(), request.getPassword());
+}
+
+void ClientCommands::onClBotAppEnter(Results&, ClBotAppEnter& notice) {
+  logLine(house_.log(), 0, "bot conn={} program={}", notice.getConnID().value(), quoted(notice.str()));
+}
+
+void ClientCommands::onClSitDown(Results&, ClSitDown& request) {
+  house_.sitDown(request.getConnID(), request.getSeatID(), request.getMoney());
+}
+
+void ClientCommands::onClLeaveSeat(Results&, ClLeaveSeat& request) {
+  house_.atTable(request.getConnID(), [&](Table& table, const Account&) { table.leaveSeat(request.getConnID()); });
+}
+
+void ClientCommands::onClBack(Results&, ClBack& request) {
+  house_.atTable(request.getConnID(), [&](Table& table, const Account&) { table.comeBack(request.getConnID()); });
+}
+
+void ClientCommands::onClGetMoney(Results&, ClGetMoney& request) {
+  house_.atTable(request.getConnID(),
+                 [&](Table& table, const Account& account) { table.tellMoney(request.getConnID(), account.id); });
+}
+
+void ClientCommands::onClMoreMoney(Results&, ClMoreMoney& request) {
+  house_.atTable(request.getConnID(),
+                 [&](Table& table, const Account&) { table.bringMore(request.getConnID(), request.getMoney()); });
+}
+
+// The hand
+
+void ClientCommands::onClTurnReceived(Results&, ClTurnReceived& notice) {
+  house_.atTable(notice.getConnID(), [&](Table& table, const Account&) { table.acknowledgeTurn(notice.getConnID()); });
+}
+
+void ClientCommands::onClUserAction(Results&, ClUserAction& action) {
+  house_.atTable(action.getConnID(), [&](Table& table, const Account&) {
+    table.act(action.getConnID(), action.getActionCode(), action.validAmount() ? action.amount() : kZeroMoney);
+  });
+}
+
+void ClientCommands::onClActionInAdvance(Results&, ClActionInAdvance& choice) {
+  house_.atTable(choice.getConnID(), [&](Table& table, const Account&) {
+    table.choose(choice.getConnID(), choice.actions(), choice.getActionMoney(), choice.onOff());
+  });
+}
+
+void ClientCommands::onClChatMsg(Results&, ClChatMsg& message) {
+  house_.atTable(message.getConnID(), [&](Table& table, const Account& account) {
+    table.chat(message.getConnID(), account.name, message.getMessage(), message.style());
+  });
+}
+
+void ClientCommands::onClScriptSetDealer(Results& results, ClScriptSetDealer& script) {
+  house_.atTable(script.getConnID(), [&](Table& table, const Account&) {
+    if (!table.settings().takesScripts) {
+      answer<SrvAdminMsg>(results, script, "Script", "This table takes no scripts.", std::uint8_t{0});
+    } else if (!table.script(script.getSeatID(), script.getMinimumPlayers(), script.getCards())) {
+      answer<SrvAdminMsg>(results, script, "Script", "These are no cards of one deck.", std::uint8_t{0});
+    }
+  });
+}
+
+// Accounts
+
+void ClientMiscCommands::processCommand(PokerCommandTmpl<ClientMiscCmdProcessorType>& command) {
+  // These handlers are given no results: what they answer is of the other family, and goes to the outbox.
+  house_.outbox().run([&](Outbox::Results&) { command.process(unused_, *this); });
+}
+
+void ClientMiscCommands::onClMakeNewAccount(ClMakeNewAccount& request) {
+  house_.openAccount(request.getConnID(), request.accountInfo());
+}
 
 }  // namespace poker::holdem

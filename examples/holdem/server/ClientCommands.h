@@ -2,7 +2,7 @@
 
 #include <CommandProcessor/commands/AllCommands.h>
 #include <CommandProcessor/core/ClientCmdProcessor.h>
-#include <CommandProcessor/wire/SerializeCommandBuf.h>
+#include <CommandProcessor/core/ClientMiscCmdProcessor.h>
 #include <hostkit/CommandHandle.h>
 #include <hostkit/Results.h>
 
@@ -11,13 +11,14 @@
 
 namespace poker::holdem {
 
+class House;
 class Server;
 
 /// What this server does when a client's command arrives: a handler a command. ClKeepAlive is answered by the base class.
 class ClientCommands final : public ClientCmdProcessor {
  public:
-  /// @param server  must outlive this object
-  explicit ClientCommands(Server& server) : server_(server) {}
+  /// @param server, house  must outlive this object
+  ClientCommands(Server& server, House& house) : server_(server), house_(house) {}
 
   /// Calls the command's handler and sends what it answers.
   /// @return true
@@ -27,21 +28,49 @@ class ClientCommands final : public ClientCmdProcessor {
   void onClPing(Results& results, ClPing& request) override;
   void onClBye(Results& results, ClBye& request) override;
 
+  void onClLogon(Results& results, ClLogon& request) override;
+  void onClConnectGame(Results& results, ClConnectGame& request) override;
+  void onClSendUserPass(Results& results, ClSendUserPass& request) override;
+  void onClBotAppEnter(Results& results, ClBotAppEnter& notice) override;
+
+  void onClSitDown(Results& results, ClSitDown& request) override;
+  void onClLeaveSeat(Results& results, ClLeaveSeat& request) override;
+  void onClBack(Results& results, ClBack& request) override;
+  void onClGetMoney(Results& results, ClGetMoney& request) override;
+  void onClMoreMoney(Results& results, ClMoreMoney& request) override;
+
+  void onClTurnReceived(Results& results, ClTurnReceived& notice) override;
+  void onClUserAction(Results& results, ClUserAction& action) override;
+  void onClActionInAdvance(Results& results, ClActionInAdvance& choice) override;
+  void onClChatMsg(Results& results, ClChatMsg& message) override;
+  void onClScriptSetDealer(Results& results, ClScriptSetDealer& script) override;
+
  private:
   /// Puts a T for the request's sender into the results.
   template <class T, class... Args>
   static void answer(Results& results, const PokerCommandI& request, Args&&... args) {
-    CommandHandle<T> command = make<T>(std::forward<Args>(args)...);
-    command->setConnID(request.getConnID());
-    results.add(*command);
-    command.detach();
+    addReply(results, request, make<T>(std::forward<Args>(args)...));
   }
 
   Server& server_;
-  Results results_;
-  SerializeCommandBuf buffer_{256};
+  House& house_;
   std::time_t arrival_ = 0;      // of the command in hand
   bool endsConnection_ = false;  // once the answers to the command in hand are out
+};
+
+/// The same for the commands about accounts.
+class ClientMiscCommands final : public ClientMiscCmdProcessor {
+ public:
+  /// @param house  must outlive this object
+  explicit ClientMiscCommands(House& house) : house_(house) {}
+
+  void processCommand(PokerCommandTmpl<ClientMiscCmdProcessorType>& command) override;
+
+  void onClMakeNewAccount(ClMakeNewAccount& request) override;
+
+ private:
+  House& house_;
+  Results unused_;
 };
 
 }  // namespace poker::holdem

@@ -4,6 +4,8 @@
 #include <hostkit/CommandFactory.h>
 #include <inspect/CommandText.h>
 
+#include <asio/post.hpp>
+
 #include <exception>
 #include <memory>
 #include <utility>
@@ -24,14 +26,6 @@ ServerOptions Server::optionsFrom(const ServerSettings& settings) {
   options.port = settings.listen.port;
   options.maxConnections = settings.maxConnections + kAnteroom;
   options.session.limits = settings.limits;
-  // Nobody logs on here: clients stay in the state ShakenHands, for as long as they like, and may say no more than this.
-  options.session.limits.logon = SessionLimits::Duration::zero();
-  options.session.allowed = {};
-  options.session.allowed.allow<ClHandShake>(SessionState::Connected);
-  options.session.allowed.allow<ClBye>(SessionState::Connected);
-  options.session.allowed.allow<ClKeepAlive>(SessionState::ShakenHands);
-  options.session.allowed.allow<ClPing>(SessionState::ShakenHands);
-  options.session.allowed.allow<ClBye>(SessionState::ShakenHands);
   return options;
 }
 
@@ -39,13 +33,25 @@ Server::Server(asio::io_context& context, ServerSettings settings, Transcript* t
     : settings_(std::move(settings)),
       transcript_(transcript),
       log_(*Log::getLog("holdem.server", LogCategory::Network)),
-      clientCommands_(*this),
+      context_(context),
+      house_(context, settings_.house, *this),
+      clientCommands_(*this, house_),
+      clientMiscCommands_(house_),
       tcp_(context, optionsFrom(settings_), *this),
       grace_(context) {
   dispatcher_.registerClientCmdProcessor(clientCommands_);
+  dispatcher_.registerClientMiscCmdProcessor(clientMiscCommands_, true);
+  house_.onAllTablesClosed = [this] {
+    // All hands that the tables were to play are played; what the last one has to say goes out first.
+    tablesClosed_ = true;
+    asio::post(context_, [this] {
+      if (!draining_) beginDraining(std::chrono::milliseconds::zero());
+    });
+  };
 }
 
-void Server::start() {
+void Server::start(std::function<void()> ended) {
+  ended_ = std::move(ended);
   tcp_.start();
   logLine(log_, 0, "listening address={}", Endpoint{settings_.listen.host, port()}.toString());
 }
@@ -60,30 +66,45 @@ void Server::announceMaintenance() {
   tcp_.sendToAll(*make<SrvMaintenance>(settings_.announcement, kMaintenanceAnnounced));
 }
 
-void Server::drain(std::function<void()> done) {
-  if (draining_) {
-    grace_.cancel();
-    return;
-  }
+void Server::drain() {
+  if (!draining_) return beginDraining(settings_.grace);
+  graceOver_ = tablesClosed_ = true;
+  endSessions();
+}
+
+void Server::beginDraining(std::chrono::milliseconds grace) {
   draining_ = true;
-  drained_ = std::move(done);
-  logLine(log_, 0, "draining connections={} grace_ms={}", tcp_.sessions().size(), settings_.grace.count());
+  logLine(log_, 0, "draining connections={} grace_ms={}", tcp_.sessions().size(), grace.count());
   if (transcript_ != nullptr) {
     transcript_->heading(fmt::format("draining: no new connections, {} open ones", tcp_.sessions().size()));
   }
   tcp_.stopAccepting();
   tcp_.sendToAll(*make<SrvMaintenance>(settings_.farewell, kMaintenanceBegins));
-  grace_.expires_after(tcp_.sessions().empty() ? std::chrono::milliseconds::zero() : settings_.grace);
+  grace_.expires_after(tcp_.sessions().empty() ? std::chrono::milliseconds::zero() : grace);
   // Cancelled means over early.
   grace_.async_wait([this](const std::error_code&) { endGrace(); });
+  if (tablesClosed_) return;
+  house_.close([this] {
+    tablesClosed_ = true;
+    endSessions();
+  });
 }
 
 void Server::endGrace() {
+  graceOver_ = true;
   logLine(log_, 0, "grace-over connections={}", tcp_.sessions().size());
   if (transcript_ != nullptr && !tcp_.sessions().empty()) transcript_->heading("the grace is over");
-  tcp_.drain(SrvErrorDisconnected::DisconnectConn, [this] {
-    logLine(log_, 0, "drained accepted={} refused={}", tcp_.accepted(), tcp_.refused());
-    std::exchange(drained_, {})();
+  endSessions();
+}
+
+void Server::endSessions() {
+  if (!graceOver_ || !tablesClosed_ || std::exchange(endingSessions_, true)) return;
+  // Not from inside the event that ends the last hand: what it has to say goes out first.
+  asio::post(context_, [this] {
+    tcp_.drain(SrvErrorDisconnected::DisconnectConn, [this] {
+      logLine(log_, 0, "drained accepted={} refused={}", tcp_.accepted(), tcp_.refused());
+      std::exchange(ended_, {})();
+    });
   });
 }
 
@@ -106,6 +127,17 @@ void Server::sendFrame(const ConnectionID& id, std::span<const std::uint8_t> fra
   if (TcpSession* session = tcp_.find(id)) session->sendFrame(frame);
 }
 
+void Server::setState(const ConnectionID& id, SessionState state) {
+  if (TcpSession* session = tcp_.find(id)) session->setState(state);
+}
+
+void Server::disconnect(const ConnectionID& id, SrvErrorDisconnected::ErrorCode code) {
+  // After what the event in hand has to say.
+  asio::post(context_, [this, id, code] {
+    if (TcpSession* session = tcp_.find(id)) session->disconnect(code);
+  });
+}
+
 void Server::finish(const ConnectionID& id) {
   if (TcpSession* session = tcp_.find(id)) {
     leave(*session);
@@ -117,6 +149,7 @@ void Server::leave(TcpSession& session) {
   if (session.hostData == nullptr) return;
   session.hostData.reset();
   --guests_;
+  house_.outbox().run([&](Outbox::Results&) { house_.leave(session.id()); });
 }
 
 // What the sessions tell
@@ -149,6 +182,8 @@ void Server::onHandlerFailed(TcpSession& session, std::exception_ptr failure) {
   }
   logLine(log_, 0, "handler-failed conn={} error={}", session.id().value(), quoted(what));
   if (transcript_ != nullptr) transcript_->trouble(session.id().value(), "internal error");
+  failure_ = failure;
+  context_.stop();
 }
 
 void Server::onClosed(TcpSession& session, CloseReason reason) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <examples/holdem/server/House.h>
 #include <examples/holdem/shared/Endpoint.h>
 #include <examples/holdem/shared/Protocol.h>
 #include <hostkit/SessionLimits.h>
@@ -34,6 +35,8 @@ struct ServerSettings {
   std::chrono::milliseconds grace = std::chrono::seconds(10);
 
   SessionLimits limits = SessionLimits::forServer();
+
+  HouseSettings house;
 };
 
 }  // namespace poker::holdem

@@ -7,15 +7,19 @@
 
 #include <asio/signal_set.hpp>
 
+#include <cmath>
 #include <csignal>
+#include <cstdint>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <memory>
 #include <stdexcept>
 #include <string>
 #include <system_error>
+#include <vector>
 
 namespace {
 
@@ -35,7 +39,8 @@ void writePortFile(const std::string& path, std::uint16_t port) {
 }
 
 /// Runs the server until it has drained.
-void serve(const ServerSettings& settings, const std::string& portFile, Transcript* transcript) {
+/// @return whether no chip was lost
+bool serve(const ServerSettings& settings, const std::string& portFile, Transcript* transcript) {
   asio::io_context context(1);
   const auto listening = [&] {
     try {
@@ -60,22 +65,111 @@ void serve(const ServerSettings& settings, const std::string& portFile, Transcri
         return;
       }
 #endif
-      server.drain([&] { signals.cancel(); });
-      nextSignal();  // a second one ends the grace
+      server.drain();
+      nextSignal();  // a second one ends it at once
     });
   };
   nextSignal();
 
-  server.start();
+  server.start([&] { signals.cancel(); });
   if (!portFile.empty()) writePortFile(portFile, server.port());
   context.run();
+  if (server.failure()) std::rethrow_exception(server.failure());
   server.totals().log(*Log::getLog("holdem.totals", LogCategory::Network));
+  return server.house().report();
 }
+
+/// Amounts as money is written: "12.50".
+CLI::Option* addMoney(CLI::App& app, const std::string& name, RealMoneyType& value, const std::string& help) {
+  return app
+      .add_option_function<std::string>(
+          name, [&value](const std::string& text) { value = RealMoneyType::fromText(text); }, help)
+      ->check([](const std::string& text) {
+        const RealMoneyType amount = RealMoneyType::fromText(text);
+        const bool reads = text.find_first_not_of("0123456789.") == std::string::npos && !text.empty();
+        return reads && amount <= kLargestMoney ? "" : "\"" + text + "\" is no amount of money";
+      })
+      ->default_str(value.toString())
+      ->type_name("MONEY");
+}
+
+/// What all tables have in common.
+struct TableOptions {
+  TableSettings table;
+  unsigned tables = 1;
+  std::uint64_t seed = 0;
+  double rakePercent = 5;
+  CLI::Option* seedGiven = nullptr;
+
+  void addTo(CLI::App& app) {
+    static const std::map<std::string, LimitType> kLimits = {{"no-limit", LimitType::NoLimit},
+                                                             {"fixed-limit", LimitType::FixedLimit}};
+    table.stakes.rake.cap = RealMoneyType::fromUnits(3);
+    app.add_option("--tables", tables, "how many")->check(CLI::Range(1, 1000).description(""))->capture_default_str();
+    app.add_option_function<std::string>(
+           "--game", [this](const std::string& name) { table.stakes.limit = kLimits.at(name); }, "what is played")
+        ->check(CLI::IsMember({"no-limit", "fixed-limit"}))
+        ->default_str("no-limit")
+        ->type_name("");
+    app.add_option("--seats", table.seats, "a table")
+        ->check(CLI::Range(std::size_t{2}, kMaxSeats).description(""))
+        ->capture_default_str()
+        ->type_name("N");
+    addMoney(app, "--small-blind", table.stakes.smallBlind, "");
+    addMoney(app, "--big-blind", table.stakes.bigBlind, "");
+    addMoney(app, "--min-buy-in", table.minBuyIn, "the least that a player brings");
+    addMoney(app, "--max-buy-in", table.maxBuyIn, "the most");
+    app.add_option("--rake", rakePercent, "of each pot that sees a flop, in per cent")
+        ->check(CLI::Range(0.0, 100.0).description(""))
+        ->capture_default_str()
+        ->type_name("PERCENT");
+    addMoney(app, "--rake-cap", table.stakes.rake.cap, "the most that is taken of a hand");
+    app.add_option("--table-password", table.password, "of all tables")->type_name("TEXT");
+    addSeconds(app, "--reply-time", table.replyTime, "for a turn");
+    addSeconds(app, "--hand-pause", table.handPause, "between two hands");
+    addSeconds(app, "--rebuy-time", table.rebuyTime, "that a table waits for a player whose chips are gone");
+    addSeconds(app, "--keep-seat", table.keepSeat, "for a player who is away or sits out");
+    app.add_option("--start-with", table.startWith, "players that the first hand waits for")
+        ->check(CLI::Range(std::size_t{2}, kMaxSeats).description(""))
+        ->capture_default_str()
+        ->type_name("N");
+    app.add_option("--hands", table.mostHands,
+                   "a table closes after so many, and the server ends with the last table; 0: never")
+        ->capture_default_str()
+        ->type_name("N");
+    seedGiven = app.add_option("--seed", seed, "for cards that can be repeated; otherwise nobody can foresee them")
+                    ->type_name("N");
+    app.add_flag("--script", table.takesScripts, "let clients stack the deck (ClScriptSetDealer); for tests");
+  }
+
+  /// @throws std::runtime_error  for settings that contradict each other
+  std::vector<TableSettings> settings() {
+    if (table.stakes.smallBlind > table.stakes.bigBlind || table.stakes.smallBlind <= kZeroMoney) {
+      throw std::runtime_error("the small blind must lie between 0.01 and the big blind");
+    }
+    if (table.minBuyIn > table.maxBuyIn || table.minBuyIn < table.stakes.bigBlind) {
+      throw std::runtime_error("the least buy-in must lie between the big blind and the most");
+    }
+    if (table.startWith > table.seats)
+      throw std::runtime_error("the first hand waits for more players than there are seats");
+    if (table.replyTime.count() == 0) throw std::runtime_error("the reply time must be above 0");
+    table.stakes.rake.perTenThousand = std::llround(rakePercent * 100);
+    if (seedGiven->count() != 0) table.seed = seed;
+    std::vector<TableSettings> all;
+    for (unsigned i = 1; i <= tables; ++i) {
+      table.gameID = i;
+      table.name = "Table " + std::to_string(i);
+      all.push_back(table);
+    }
+    return all;
+  }
+};
 
 }  // namespace
 
 int main(int argc, char** argv) {
   ServerSettings settings;
+  TableOptions tables;
   Endpoint movedTo;
   std::string portFile, logFile;
   unsigned logLevel = 0;
@@ -99,10 +193,21 @@ int main(int argc, char** argv) {
       ->type_name("TEXT");
   CLI::Option* moved = addEndpoint(app, "--moved-to", movedTo, "serve nobody: all clients are to go there");
   addSeconds(app, "--keep-alive", settings.limits.keepAlive, "how often clients send one; cut off after two missed");
+  addSeconds(app, "--logon", settings.limits.logon, "how long it may take; 0: for ever");
+  app.add_option("--frame-rate", settings.limits.rate.framesPerSecond,
+                 "commands a second that are taken from a client; 0: all")
+      ->check(CLI::NonNegativeNumber.description(""))
+      ->capture_default_str()
+      ->type_name("N");
   addSeconds(app, "--hand-shake", settings.limits.handShake, "how long it may take");
   addSeconds(app, "--whole-frame", settings.limits.wholeFrame, "from a command's first byte to its last");
   addSeconds(app, "--last-words", settings.limits.lastWords, "for a last command to go through");
   addSeconds(app, "--grace", settings.grace, "what is left to clients when maintenance begins");
+  app.add_option("--database", settings.house.bank.file, "accounts, chips and hands; \":memory:\": gone at the end")
+      ->capture_default_str()
+      ->type_name("FILE");
+  addMoney(app, "--welcome", settings.house.gift, "what a new account begins with");
+  tables.addTo(app);
   app.add_option("--announcement", settings.announcement, "what clients are told at SIGUSR1")->type_name("TEXT");
   app.add_option("--farewell", settings.farewell, "what clients are told when the server drains")->type_name("TEXT");
   app.add_option("--log", logFile, "log there and not to the standard error")->type_name("FILE");
@@ -128,8 +233,10 @@ int main(int argc, char** argv) {
     if (!logFile.empty() && !Log::logToFile(logFile)) throw std::runtime_error("cannot write " + logFile);
     std::unique_ptr<Transcript> transcript;
     if (wantsTranscript) transcript = std::make_unique<Transcript>(stdout, wantsColour(colour, stdout));
-    serve(settings, portFile, transcript.get());
+    settings.house.tables = tables.settings();
+    const bool sound = serve(settings, portFile, transcript.get());
     if (dumpOnExit) DebugStaticLogger::instance()->dumpDataIntoLog("holdem.pools");
+    if (!sound) throw std::runtime_error("chips are lost or came from nowhere; the log has the sums");
     return 0;
   } catch (const std::exception& error) {
     std::fprintf(stderr, "holdem-server: %s\n", error.what());

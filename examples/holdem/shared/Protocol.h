@@ -18,4 +18,7 @@ inline constexpr MaintainID kMaintenanceAnnounced{1};
 /// Maintenance begins: the server ends the session soon, and takes no new one.
 inline constexpr MaintainID kMaintenanceBegins{2};
 
+/// The hint of SrvUpdateHintText that is the number of the table's hand, in digits.
+inline constexpr unsigned kHandNumberHint = 1;
+
 }  // namespace poker::holdem

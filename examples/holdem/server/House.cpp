@@ -1,0 +1,170 @@
+#include <examples/holdem/server/House.h>
+
+#include <examples/holdem/shared/LogLine.h>
+#include <inspect/CommandText.h>
+
+#include <utility>
+
+namespace poker::holdem {
+
+House::House(asio::io_context& context, HouseSettings settings, Connections& connections)
+    : connections_(connections),
+      log_(*Log::getLog("holdem.house", LogCategory::Network)),
+      bank_(settings.bank),
+      gift_(settings.gift),
+      outbox_(
+          [this](const ConnectionID& to, std::span<const std::uint8_t> frame) { connections_.sendFrame(to, frame); }),
+      lastHand_(bank_.lastHandNumber()) {
+  for (TableSettings& table : settings.tables) {
+    tables_.push_back(std::make_unique<Table>(context, std::move(table), bank_, outbox_, static_cast<TableHost&>(*this)));
+  }
+  openTables_ = tables_.size();
+}
+
+Table* House::findTable(std::uint32_t gameID) {
+  for (const auto& table : tables_) {
+    if (table->settings().gameID == gameID) return table.get();
+  }
+  return nullptr;
+}
+
+// Accounts
+
+void House::openAccount(const ConnectionID& client, const CommonTypes::NewAccountInfo& form) {
+  if (!isAcceptableName(form.userName) || !isAcceptablePassword(form.password)) {
+    outbox_.add<SrvRegistrationFail>(client, CommonTypes::RegistrationFailed);
+  } else if (!bank_.openAccount(form.userName, form.password, form.email, gift_)) {
+    outbox_.add<SrvRegistrationFail>(client, CommonTypes::UserNameTaken);
+  } else {
+    logLine(log_, 0, "account-opened conn={} name={}", client.value(), quoted(form.userName));
+    outbox_.add<SrvRegistrationOk>(client, CommonTypes::AccountCreated, form.userName.c_str());
+  }
+}
+
+void House::logOn(const ConnectionID& client, const std::string& name, const std::string& password) {
+  Visitor& visitor = visitors_[client.value()];
+  std::optional<Account> account = bank_.logOn(name, password);
+  if (!account) {
+    logLine(log_, 0, "logon-refused conn={} name={}", client.value(), quoted(name));
+    outbox_.add<SrvLogonError>(client, CommonTypes::BadUserOrPassword, "");
+    if (++visitor.tries >= kLogonTries) connections_.disconnect(client, SrvErrorDisconnected::DisconnectConn);
+    return;
+  }
+  visitor.tries = 0;
+  // The player's last connection may be dead without having been noticed. It has nothing to say any more.
+  if (const ConnectionID before = players_.bind(account->id, client); before.isValid()) {
+    leave(before);
+    connections_.disconnect(before, SrvErrorDisconnected::Reconnect);
+  }
+  logLine(log_, 0, "logged-on conn={} name={}", client.value(), quoted(account->name));
+  connections_.setState(client, SessionState::LoggedOn);
+  auto answer = make<SrvLogonOk>(account->name, "", false, RealMoneyAcc(), true);
+  for (const auto& table : tables_) {
+    if (const SeatID seat = table->seatOf(account->id); seat.isValid()) answer->prevSeatID(seat);
+  }
+  visitor.account = std::move(account);
+  ConnectionsSet to;
+  to.insert(client);
+  outbox_.put(std::move(answer), to);
+}
+
+void House::leave(const ConnectionID& client) {
+  auto visitor = visitors_.extract(client.value());
+  if (!visitor) return;
+  if (visitor.mapped().account) players_.unbind(visitor.mapped().account->id, client);
+  if (visitor.mapped().table != nullptr) visitor.mapped().table->leave(client);
+}
+
+// Tables
+
+void House::enterTable(const ConnectionID& client, std::uint32_t gameID, const std::string& password) {
+  Visitor& visitor = visitors_[client.value()];
+  Table* table = findTable(gameID);
+  if (!visitor.account || table == nullptr) {
+    connections_.disconnect(client, SrvErrorDisconnected::BadGameID);
+    return;
+  }
+  const std::string& wanted = table->settings().password;
+  visitor.tries = 0;
+  if (wanted.empty() || password == wanted || table->seatOf(visitor.account->id).isValid()) {
+    enter(client, visitor, *table);
+  } else {
+    visitor.wanted = table;
+    outbox_.add<SrvRequestPass>(client);
+  }
+}
+
+void House::tellPassword(const ConnectionID& client, const std::string& password) {
+  Visitor& visitor = visitors_[client.value()];
+  if (visitor.wanted == nullptr) return;
+  if (password == visitor.wanted->settings().password) {
+    enter(client, visitor, *visitor.wanted);
+    return;
+  }
+  const bool isLast = ++visitor.tries >= kLogonTries;
+  if (isLast) visitor.wanted = nullptr;
+  outbox_.add<SrvPasswordError>(client, SrvPasswordError::NotAuthorized, isLast);
+}
+
+void House::enter(const ConnectionID& client, Visitor& visitor, Table& table) {
+  if (visitor.table != nullptr && visitor.table != &table) visitor.table->leave(client);
+  visitor.table = &table;
+  visitor.wanted = nullptr;
+  visitor.tries = 0;
+  table.enter(client, visitor.account->id);
+}
+
+void House::sitDown(const ConnectionID& client, const SeatID& seat, const RealMoneyType& money) {
+  atTable(client, [&](Table& table, const Account& account) {
+    // One seat in the house.
+    for (const auto& other : tables_) {
+      if (other.get() != &table && other->seatOf(account.id).isValid()) {
+        outbox_.add<SrvSitError>(client, SrvErrorCode::NotAllowed, kZeroMoney);
+        return;
+      }
+    }
+    table.sitDown(client, account, seat, money);
+  });
+}
+
+void House::onSeated(const ConnectionID& connection, bool seated) {
+  connections_.setState(connection, seated ? SessionState::Seated : SessionState::LoggedOn);
+}
+
+void House::onHandOver(std::uint32_t gameID, std::uint64_t handsPlayed) {
+  logLine(log_, 1, "hand-over game={} hands={}", gameID, handsPlayed);
+}
+
+void House::close(std::function<void()> closed) {
+  onAllTablesClosed = std::move(closed);
+  if (openTables_ == 0) return onAllTablesClosed();
+  outbox_.run([this](Outbox::Results&) {
+    for (const auto& table : tables_) table->close();
+  });
+}
+
+void House::onTableClosed() {
+  if (--openTables_ == 0 && onAllTablesClosed) onAllTablesClosed();
+}
+
+bool House::report() {
+  for (const auto& table : tables_) {
+    const Dealer::Turns& turns = table->turns();
+    logLine(log_, 0, "table game={} hands={} turns={} answered={} timed-out={} left={} in-advance={}",
+            table->settings().gameID, table->handsPlayed(), turns.asked, turns.answered, turns.timedOut, turns.left,
+            turns.inAdvance);
+  }
+  Log& log = *Log::getLog("holdem.bank", LogCategory::Network);
+  std::size_t place = 0;
+  for (const Standing& standing : bank_.standings()) {
+    const RealMoneyType total = standing.balance + standing.stack;
+    logLine(log, 0, "standing place={} name={} total={} won={} hands={} hands-won={}", ++place, quoted(standing.name),
+            total.toString(), (total - standing.issued).toString(), standing.handsPlayed, standing.handsWon);
+  }
+  const Audit audit = bank_.audit();
+  logLine(log, 0, "audit issued={} balances={} stacks={} rake={} difference={}", audit.issued.toString(),
+          audit.balances.toString(), audit.stacks.toString(), audit.rake.toString(), audit.difference().toString());
+  return audit.difference() == kZeroMoney;
+}
+
+}  // namespace poker::holdem

@@ -1,0 +1,112 @@
+#pragma once
+
+#include <CommandProcessor/commands/AllCommands.h>
+#include <LogUtil/Log.h>
+#include <examples/holdem/server/Outbox.h>
+#include <examples/holdem/server/bank/Bank.h>
+#include <examples/holdem/server/table/Table.h>
+#include <hostkit/ConnectionTable.h>
+#include <hostkit/SessionState.h>
+
+#include <asio/io_context.hpp>
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace poker::holdem {
+
+struct HouseSettings {
+  BankSettings bank{":memory:"};
+  RealMoneyType gift = RealMoneyType::fromUnits(1000);  ///< what a new account begins with
+  std::vector<TableSettings> tables;
+};
+
+/// What the house needs of the transport. A connection that is not there any more is passed over.
+class Connections {
+ public:
+  virtual ~Connections() = default;
+
+  virtual void sendFrame(const ConnectionID& connection, std::span<const std::uint8_t> frame) = 0;
+  virtual void setState(const ConnectionID& connection, SessionState state) = 0;
+  /// Tells the client why, and ends its connection.
+  virtual void disconnect(const ConnectionID& connection, SrvErrorDisconnected::ErrorCode code) = 0;
+};
+
+/// The card room: the bank, the tables, and who is logged on. It knows connections by their ids alone. All calls come
+/// from the thread of the io_context; commands go out when Outbox::run() returns.
+class House final : private TableHost {
+ public:
+  /// After so many wrong passwords in a row the connection ends.
+  static constexpr unsigned kLogonTries = 3;
+
+  /// @throws BankError
+  House(asio::io_context& context, HouseSettings settings, Connections& connections);
+
+  Outbox& outbox() { return outbox_; }
+  Bank& bank() { return bank_; }
+  const std::vector<std::unique_ptr<Table>>& tables() const { return tables_; }
+  Log& log() { return log_; }
+
+  void openAccount(const ConnectionID& client, const CommonTypes::NewAccountInfo& form);
+  void logOn(const ConnectionID& client, const std::string& name, const std::string& password);
+  /// The client looks at that table from now on, and at no other one.
+  void enterTable(const ConnectionID& client, std::uint32_t gameID, const std::string& password);
+  /// Another try at the table that the client was last asked a password for.
+  void tellPassword(const ConnectionID& client, const std::string& password);
+  void sitDown(const ConnectionID& client, const SeatID& seat, const RealMoneyType& money);
+  /// The connection is gone.
+  void leave(const ConnectionID& client);
+
+  /// Calls `f(table, account)` when the client is logged on and looks at a table.
+  template <class F>
+  void atTable(const ConnectionID& client, F&& f) {
+    const auto place = visitors_.find(client.value());
+    if (place != visitors_.end() && place->second.account && place->second.table != nullptr) {
+      f(*place->second.table, *place->second.account);
+    }
+  }
+
+  /// Closes all tables; `closed` is called when the last hand is over.
+  void close(std::function<void()> closed);
+  /// All tables have played their hands.
+  std::function<void()> onAllTablesClosed;
+
+  /// Logs how turns ended, what everybody has, and whether that is what the house has given out.
+  /// @return whether it is
+  bool report();
+
+ private:
+  struct Visitor {
+    std::optional<Account> account;
+    Table* table = nullptr;
+    Table* wanted = nullptr;  // asks for a password
+    unsigned tries = 0;       // wrong passwords in a row
+  };
+
+  std::uint64_t nextHandNumber() override { return ++lastHand_; }
+  void onSeated(const ConnectionID& connection, bool seated) override;
+  void onHandOver(std::uint32_t gameID, std::uint64_t handsPlayed) override;
+  void onTableClosed() override;
+
+  Table* findTable(std::uint32_t gameID);
+  void enter(const ConnectionID& client, Visitor& visitor, Table& table);
+
+  Connections& connections_;
+  Log& log_;
+  Bank bank_;
+  RealMoneyType gift_;
+  Outbox outbox_;
+  std::vector<std::unique_ptr<Table>> tables_;
+  std::map<std::int32_t, Visitor> visitors_;
+  ConnectionOf<AccountID> players_;
+  std::uint64_t lastHand_ = 0;
+  std::size_t openTables_ = 0;
+};
+
+}  // namespace poker::holdem

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <CommandProcessor/types/RealMoneyType.h>
+#include <CommandProcessor/types/UserState.h>
+#include <examples/holdem/game/Blinds.h>
+#include <examples/holdem/server/bank/Bank.h>
+
+#include <array>
+#include <chrono>
+#include <optional>
+#include <string>
+
+namespace poker::holdem {
+
+using Clock = std::chrono::steady_clock;
+
+/// A taken seat.
+struct Seat {
+  AccountID account{};
+  std::string name;
+  RealMoneyType stack;  ///< as the bank has it: in a hand, what it began with
+  BlindsSeat blinds;    ///< its `ready` is worked out before each hand
+  bool sitsOut = false;
+  bool leaves = false;         ///< as soon as it is in no hand
+  RealMoneyType orderedChips;  ///< to be brought when the hand is over
+
+  UserState announced = UserState::Waiting;                 ///< the state that viewers have been told
+  Clock::time_point awaySince = Clock::time_point::max();   ///< not connected or sitting out, since
+  Clock::time_point rebuyUntil = Clock::time_point::max();  ///< the stack is gone, and the table waits for more
+  unsigned turnsUnderWay = 0;  ///< turns that this connection was asked for and has not acknowledged
+
+  const SeatID& id() const { return blinds.seat; }
+};
+
+/// All seats of a table by their number.
+class Seats {
+ public:
+  /// Null when nobody sits there.
+  Seat* find(const SeatID& seat) {
+    return seat.value() < kMaxSeats && seats_[seat.value()] ? &*seats_[seat.value()] : nullptr;
+  }
+  Seat* findAccount(AccountID account) {
+    for (std::optional<Seat>& seat : seats_) {
+      if (seat && seat->account == account) return &*seat;
+    }
+    return nullptr;
+  }
+  /// The seat must be free and exist.
+  Seat& take(const SeatID& id) {
+    Seat& seat = seats_[id.value()].emplace();
+    seat.blinds.seat = id;
+    return seat;
+  }
+  void free(const SeatID& id) { seats_[id.value()].reset(); }
+  std::size_t taken() const {
+    std::size_t count = 0;
+    for (const std::optional<Seat>& seat : seats_) count += seat ? 1 : 0;
+    return count;
+  }
+  /// In ascending order. `f` may free the seat that it is given.
+  template <class F>
+  void forEach(F&& f) {
+    for (std::optional<Seat>& seat : seats_) {
+      if (seat) f(*seat);
+    }
+  }
+
+ private:
+  std::array<std::optional<Seat>, kMaxSeats> seats_;
+};
+
+}  // namespace poker::holdem
