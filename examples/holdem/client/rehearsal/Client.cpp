@@ -1,4 +1,4 @@
-#include <examples/holdem/client/Client.h>
+#include <examples/holdem/client/rehearsal/Client.h>
 
 #include <asio/io_context.hpp>
 

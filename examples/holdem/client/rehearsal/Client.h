@@ -1,7 +1,7 @@
 #pragma once
 
 #include <CommandProcessor/core/CmdDispatcher.h>
-#include <examples/holdem/client/ServerCommands.h>
+#include <examples/holdem/client/rehearsal/ServerCommands.h>
 #include <examples/holdem/shared/Endpoint.h>
 #include <examples/holdem/shared/Transcript.h>
 #include <hostkit/CommandHandle.h>

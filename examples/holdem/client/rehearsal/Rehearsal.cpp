@@ -1,4 +1,4 @@
-#include <examples/holdem/client/Rehearsal.h>
+#include <examples/holdem/client/rehearsal/Rehearsal.h>
 
 #include <hostkit/CommandFactory.h>
 #include <inspect/CommandText.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <examples/holdem/client/Client.h>
+#include <examples/holdem/client/rehearsal/Client.h>
 
 #include <asio/executor_work_guard.hpp>
 #include <asio/io_context.hpp>

@@ -1,4 +1,4 @@
-#include <examples/holdem/client/Scripts.h>
+#include <examples/holdem/client/rehearsal/Scripts.h>
 
 #include <examples/holdem/shared/Protocol.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <examples/holdem/client/Rehearsal.h>
+#include <examples/holdem/client/rehearsal/Rehearsal.h>
 #include <examples/holdem/shared/Endpoint.h>
 
 #include <chrono>

@@ -1,6 +1,6 @@
-#include <examples/holdem/client/ServerCommands.h>
+#include <examples/holdem/client/rehearsal/ServerCommands.h>
 
-#include <examples/holdem/client/Client.h>
+#include <examples/holdem/client/rehearsal/Client.h>
 #include <examples/holdem/shared/Protocol.h>
 #include <hostkit/CommandHandle.h>
 #include <hostkit/Results.h>

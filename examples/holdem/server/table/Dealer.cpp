@@ -166,8 +166,6 @@ void Dealer::playerLeaves(const SeatID& seat) {
 }
 
 void Dealer::playerReturns(const SeatID& seat) {
-  // Turns of the old connection will not be acknowledged.
-  seats_.find(seat)->turnsUnderWay = 0;
   if (asked_ == seat && asked_.isValid()) askOne(seat, true);
 }
 

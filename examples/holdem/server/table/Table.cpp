@@ -57,6 +57,8 @@ void Table::enter(const ConnectionID& viewer, AccountID account) {
   audience_.add(viewer);
   Seat* seat = seats_.findAccount(account);
   if (seat != nullptr) {
+    // What another connection was asked will not be acknowledged any more.
+    if (audience_.connectionOf(seat->id()) != viewer) seat->turnsUnderWay = 0;
     audience_.bind(seat->id(), viewer);
     if (!seat->sitsOut) seat->awaySince = kNever;
     host_.onSeated(viewer, true);
@@ -404,8 +406,9 @@ void Table::beginHand() {
 
 void Table::armSeatTimer() {
   Clock::time_point next = kNever;
+  const bool isOver = closed_ && !dealer_.isPlaying();  // seats are kept until the table opens again
   seats_.forEach([&](const Seat& seat) {
-    if (dealer_.playerOf(seat.id()) != nullptr) return;
+    if (isOver || dealer_.playerOf(seat.id()) != nullptr) return;
     next = std::min(next, seat.rebuyUntil);
     if (seat.awaySince != kNever) next = std::min(next, seat.awaySince + settings_.keepSeat);
   });

@@ -1,0 +1,106 @@
+#include <examples/holdem/client/PlayerOptions.h>
+
+#include <examples/holdem/client/terminal/Text.h>
+
+#include <asio/signal_set.hpp>
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <csignal>
+#include <fstream>
+#include <random>
+#include <stdexcept>
+#include <utility>
+
+namespace poker::holdem {
+
+void addPlayer(CLI::App& app, PlayerOptions& options) {
+  PlayerSettings& player = options.player;
+  addEndpoint(app, "--connect", player.server, "the server")->required();
+  app.add_option("--name", player.name, "of the account, as it is shown at the table")
+      ->capture_default_str()
+      ->type_name("NAME");
+  app.add_option("--password-file", options.passwordFile, "its first line is the password")->type_name("FILE");
+  app.add_flag("--register", player.registers, "make the account if there is none of that name");
+  app.add_option("--table", player.gameID, "the number of the table")->capture_default_str()->type_name("N");
+  app.add_option("--table-password", player.tablePassword, "of a private table")->type_name("TEXT");
+  app.add_option("--reconnects", player.reconnects, "tries in a row to come back when the connection is lost")
+      ->check(CLI::Range(0, 1000).description(""))
+      ->capture_default_str()
+      ->type_name("N");
+  addSeconds(app, "--keep-alive", player.keepAlive, "how often to send one");
+}
+
+void addSeat(CLI::App& app, PlayerSettings& player) {
+  app.add_option_function<unsigned>(
+         "--seat", [&player](unsigned seat) { player.seat = static_cast<std::uint8_t>(seat); },
+         "the seat, from 0; otherwise any that is free")
+      ->check(CLI::Range(0, 99).description(""))
+      ->type_name("N");
+  addMoney(app, "--buy-in", player.buyIn, "what to bring; otherwise a hundred big blinds");
+}
+
+std::optional<RealMoneyType> moneyFromText(std::string_view text) {
+  const std::size_t point = std::min(text.find('.'), text.size());
+  const std::string_view units = text.substr(0, point);
+  const std::string_view fraction = text.substr(std::min(point + 1, text.size()));
+  const auto isNumber = [](std::string_view digits) {
+    return !digits.empty() && digits.find_first_not_of("0123456789") == std::string_view::npos;
+  };
+  if (!isNumber(units) || (point != text.size() && (!isNumber(fraction) || fraction.size() > 2))) return std::nullopt;
+  const RealMoneyType money = RealMoneyType::fromText(text);
+  return money <= kLargestMoney ? std::optional(money) : std::nullopt;
+}
+
+CLI::Option* addMoney(CLI::App& app, const std::string& name, RealMoneyType& value, const std::string& help) {
+  const auto assign = [&value, name](const std::string& text) {
+    const std::optional<RealMoneyType> money = moneyFromText(text);
+    if (!money || *money == kZeroMoney) throw CLI::ValidationError(name, "not an amount of chips: " + text);
+    value = *money;
+  };
+  return app.add_option_function<std::string>(name, assign, help)->type_name("CHIPS");
+}
+
+std::string passwordFrom(const std::string& file) {
+  std::string password;
+  if (file.empty()) {
+    std::random_device random;
+    for (int i = 0; i < 4; ++i) password += fmt::format("{:08x}", random());
+    return password;
+  }
+  std::ifstream stream(file);
+  if (!std::getline(stream, password) || password.empty()) throw std::runtime_error("no password in " + file);
+  return password;
+}
+
+int statusOf(PlayerEnd end, std::string_view why, std::string_view program) {
+  if (end == PlayerEnd::Left || end == PlayerEnd::Drained) return kInOrder;
+  std::string line(why);
+  std::replace(line.begin(), line.end(), '\n', ' ');
+  fmt::print(stderr, "{}: {}\n", program, escaped(line));
+  return end == PlayerEnd::NoConnection ? kNoConnection : kNotAsExpected;
+}
+
+struct StopSignals::Signals {
+  Signals(asio::io_context& context, std::function<void()> first, std::function<void()> second)
+      : set(context, SIGINT, SIGTERM), calls{std::move(first), std::move(second)} {
+    wait(0);
+  }
+  void wait(std::size_t call) {
+    set.async_wait([this, call](const std::error_code& failure, int) {
+      if (failure) return;
+      calls[call]();
+      wait(1);
+    });
+  }
+  asio::signal_set set;
+  std::function<void()> calls[2];
+};
+
+StopSignals::StopSignals(asio::io_context& context, std::function<void()> first, std::function<void()> second)
+    : signals_(std::make_unique<Signals>(context, std::move(first), std::move(second))) {}
+
+StopSignals::~StopSignals() = default;
+
+}  // namespace poker::holdem

@@ -1,0 +1,196 @@
+#include <examples/holdem/client/PlayerOptions.h>
+#include <examples/holdem/client/terminal/Choices.h>
+#include <examples/holdem/client/terminal/LineReader.h>
+#include <examples/holdem/client/terminal/TableScreen.h>
+#include <examples/holdem/client/terminal/Text.h>
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <charconv>
+#include <memory>
+#include <utility>
+
+#include <unistd.h>
+
+namespace poker::holdem {
+
+namespace {
+
+constexpr std::string_view kHelp =
+    "  at your turn   f fold   k check   c call   b 12 bet   r 24 raise   a all-in; amounts are what you add\n"
+    "  at any time    t TEXT or /chat TEXT   m chips, m 100 more of them   s sit out   back   post a blind, not wait\n"
+    "                 l leave the seat   sit 3 take one   h this help   q leave and end";
+
+struct Options : PlayerOptions {
+  Colour colour = Colour::Auto;
+};
+
+/// A person's table.
+class PlayTable final : public TableScreen {
+ public:
+  PlayTable(asio::io_context& context, const PlayerSettings& player, ScreenSettings screen)
+      : TableScreen(context, player, screen), context_(context) {}
+
+  /// What was typed.
+  void take(std::string_view line);
+  /// Nothing more will be typed.
+  void takeEnd() {
+    if (!leaving_) leave();
+  }
+  void leave();
+  int status() const { return status_; }
+
+ private:
+  void onSeated(SeatID seat) override {
+    print(fmt::format("  You have seat {}. h shows what you can type.", seat.value()));
+  }
+  void onUnseated() override {
+    if (!leaving_) print("  You have no seat any more, and look on.");
+  }
+  void onTableState() override {
+    TableScreen::onTableState();
+    if (const ClientSeatState* seat = picture().ownSeat()) onSeated(seat->seatID);
+  }
+  void onTurn(const NextTurnOptions& options, std::chrono::seconds time) override;
+  void onAction(const SrvUserActionNotify& command, const ClientSeatState& before) override {
+    if (command.getSeatID() == picture().state().ownSeat) options_.clear();
+    TableScreen::onAction(command, before);
+  }
+  void onMoney(const SrvMoney& command) override {
+    print(fmt::format("  {} before you, {} in the account; you may bring {} to {}.", command.atTable().toString(),
+                      command.available().toString(), command.minimum().toString(), command.maximum().toString()));
+  }
+  void onOutOfMoney(const OutOfMoney& command) override {
+    printForeign("", command.err());
+    print("  m 100 brings a hundred chips; without more the seat is lost.");
+  }
+  void onEnd(PlayerEnd end, std::string_view why) override {
+    finish();
+    status_ = statusOf(end, why, "holdem-client play");
+    context_.stop();
+  }
+  void showTurn();
+  void takeChips(std::string_view amount);
+  void sit(std::string_view seat);
+
+  asio::io_context& context_;
+  NextTurnOptions options_;  // of the own turn
+  bool leaving_ = false;
+  int status_ = kNotAsExpected;
+};
+
+void PlayTable::showTurn() {
+  const ClientTableState& table = picture().state();
+  const ClientSeatState* seat = picture().ownSeat();
+  if (seat == nullptr) return;
+  RealMoneyType pot = table.pot.total();
+  for (const ClientSeatState& each : table.seats) pot += each.bet;
+  print(fmt::format("  {} {}{}  pot {}  stack {}  ({} s)\n  {}", bold("Your turn:"), toText(seat->cards),
+                    table.board.empty() ? "" : "  board " + toText(table.board), pot.toString(), seat->money.toString(),
+                    table.turnTimeLeft, choicesText(options_)));
+}
+
+void PlayTable::onTurn(const NextTurnOptions& options, std::chrono::seconds) {
+  options_ = options;
+  showTurn();
+}
+
+void PlayTable::leave() {
+  if (std::exchange(leaving_, true)) return client().bye();
+  const bool isInHand = picture().ownSeat() != nullptr && picture().state().handNumber != 0;
+  if (isInHand) print("  You leave as soon as the hand is over; once more, and you leave now.");
+  client().leave();
+}
+
+void PlayTable::takeChips(std::string_view amount) {
+  const std::optional<RealMoneyType> money = moneyFromText(amount);
+  if (amount.empty()) {
+    client().send<ClGetMoney>();
+  } else if (money && *money != kZeroMoney && picture().ownSeat() != nullptr) {
+    client().send<ClMoreMoney>(*money);
+  } else {
+    print("  m takes an amount of chips, and a seat to bring them to.");
+  }
+}
+
+void PlayTable::sit(std::string_view seat) {
+  if (seat.empty()) return client().sitDown();
+  const unsigned most = picture().state().maxSeats;
+  unsigned number = most;
+  const auto [end, failure] = std::from_chars(seat.data(), seat.data() + seat.size(), number);
+  if (failure != std::errc() || end != seat.data() + seat.size() || number >= most) {
+    return print(fmt::format("  Seats are numbered from 0 to {}.", most - 1));
+  }
+  client().sitDown(static_cast<std::uint8_t>(number));
+}
+
+void PlayTable::take(std::string_view line) {
+  if (line.empty()) return;
+  const std::size_t blank = std::min(line.find(' '), line.size());
+  const std::string_view word = line.substr(0, blank);
+  const std::string_view rest = line.substr(std::min(blank + 1, line.size()));
+  if (word == "h" || word == "help") return print(kHelp);
+  if (word == "q" || word == "quit") return leave();
+  if (!client().isAtTable()) return print("  You are not at the table.");
+  if (word == "t" || word == "/chat") return client().chat(std::string(rest));
+  if (word == "m") return takeChips(rest);
+
+  const ClientSeatState* seat = picture().ownSeat();
+  if (word == "sit" && seat == nullptr) return sit(rest);
+  if (seat == nullptr) return print("  You have no seat: sit takes one, h shows what else you can type.");
+  const auto box = [this](UserAction action, bool on) {
+    client().send<ClActionInAdvance>(actionBit(action), kZeroMoney, on);
+  };
+  if (word == "s") {
+    box(UserAction::SittingOut, true);
+    print("  You sit out when the hand is over.");
+  } else if (word == "back") {
+    box(UserAction::SittingOut, false);
+    if (seat->state == UserState::SittingOut) client().send<ClBack>();
+  } else if (word == "post") {
+    box(UserAction::Post, true);
+  } else if (word == "l") {
+    client().standUp();
+  } else if (options_.empty()) {
+    print(isChoice(line) ? "  It is not your turn." : "  h shows what you can type.");
+  } else {
+    const Choice choice = choiceFromText(line, options_);
+    if (!choice.complaint.empty()) return print("  " + choice.complaint);
+    client().act(choice.action, choice.amount);
+  }
+}
+
+int run(Options& options) {
+  std::optional<std::string> typed;
+  if (options.passwordFile.empty()) typed = askPassword("Password of " + options.player.name + ':');
+  options.player.password = typed ? *typed : passwordFrom(options.passwordFile);
+  options.player.sitsDown = true;
+  asio::io_context context(1);
+  ScreenSettings screen;
+  screen.colour = wantsColour(options.colour, stdout);
+  screen.isTerminal = isatty(STDOUT_FILENO) != 0;
+  screen.live = true;
+  PlayTable table(context, options.player, screen);
+  LineReader input(
+      context, [&](std::string_view line) { table.take(line); }, [&] { table.takeEnd(); });
+  const StopSignals signals(
+      context, [&] { table.leave(); }, [&] { table.client().bye(); });
+  table.client().start();
+  context.run();
+  return table.status();
+}
+
+}  // namespace
+
+Subcommand addPlay(CLI::App& parent) {
+  const auto options = std::make_shared<Options>();
+  options->player.name = "Guest";
+  CLI::App& app = *parent.add_subcommand("play", "Plays as you say; h at the table shows how.");
+  addPlayer(app, *options);
+  addSeat(app, options->player);
+  addColour(app, options->colour);
+  return {&app, [options] { return run(*options); }};
+}
+
+}  // namespace poker::holdem

@@ -1,0 +1,34 @@
+#include <examples/holdem/client/terminal/Text.h>
+
+#include <inspect/CommandText.h>
+
+#include <cstdint>
+
+#include <sys/ioctl.h>
+
+namespace poker::holdem {
+
+std::string escaped(std::string_view text) {
+  const std::string inQuotes = quoted(text);
+  return inQuotes.substr(1, inQuotes.size() - 2);
+}
+
+std::size_t columnsOf(std::string_view text) {
+  std::size_t columns = 0;
+  bool inColour = false;
+  for (const char c : text) {
+    if (c == '\x1B') inColour = true;
+    const bool continues = (static_cast<unsigned char>(c) & 0xC0) == 0x80;
+    if (!inColour && !continues) ++columns;
+    if (c == 'm') inColour = false;
+  }
+  return columns;
+}
+
+std::size_t widthOf(std::FILE* stream) {
+  winsize size{};
+  if (ioctl(fileno(stream), TIOCGWINSZ, &size) == 0 && size.ws_col != 0) return size.ws_col;
+  return SIZE_MAX;
+}
+
+}  // namespace poker::holdem

@@ -1,0 +1,82 @@
+#include <examples/holdem/client/PlayerOptions.h>
+#include <examples/holdem/client/terminal/TableScreen.h>
+
+#include <fmt/format.h>
+
+#include <fstream>
+#include <memory>
+
+#include <unistd.h>
+
+namespace poker::holdem {
+
+namespace {
+
+struct Options : PlayerOptions {
+  unsigned hands = 0;
+  std::string readyFile;
+  Colour colour = Colour::Auto;
+};
+
+/// Looks on, until the server ends or the hands are seen.
+class Watch final : public TableScreen {
+ public:
+  Watch(asio::io_context& context, const Options& options, ScreenSettings screen)
+      : TableScreen(context, options.player, screen), context_(context), options_(options) {}
+
+  int status() const { return status_; }
+
+ private:
+  void onTableState() override {
+    TableScreen::onTableState();
+    if (!options_.readyFile.empty()) std::ofstream(options_.readyFile) << "ready\n";
+  }
+  void onShowDown(const SrvTUShowDown& command) override {
+    TableScreen::onShowDown(command);
+    if (handsSeen() == options_.hands) client().leave();
+  }
+  void onEnd(PlayerEnd end, std::string_view why) override {
+    finish();
+    status_ = statusOf(end, why, "holdem-client watch");
+    if (end == PlayerEnd::Drained && handsSeen() < options_.hands) {
+      fmt::print(stderr, "holdem-client watch: the server has ended after {} of {} hands\n", handsSeen(),
+                 options_.hands);
+      status_ = kNotAsExpected;
+    }
+    context_.stop();
+  }
+
+  asio::io_context& context_;
+  const Options& options_;
+  int status_ = kNotAsExpected;
+};
+
+int run(Options& options) {
+  options.player.password = passwordFrom(options.passwordFile);
+  asio::io_context context(1);
+  ScreenSettings screen;
+  screen.colour = wantsColour(options.colour, stdout);
+  screen.isTerminal = isatty(STDOUT_FILENO) != 0;
+  screen.hands = options.hands;
+  Watch watch(context, options, screen);
+  const StopSignals signals(
+      context, [&] { watch.client().leave(); }, [&] { context.stop(); });
+  watch.client().start();
+  context.run();
+  return watch.status();
+}
+
+}  // namespace
+
+Subcommand addWatch(CLI::App& parent) {
+  const auto options = std::make_shared<Options>();
+  options->player.name = "Onlooker";
+  CLI::App& app = *parent.add_subcommand("watch", "Looks on at a table and tells what happens there.");
+  addPlayer(app, *options);
+  app.add_option("--hands", options->hands, "leave after so many; otherwise when the server ends")->type_name("N");
+  app.add_option("--ready-file", options->readyFile, "written when the table is before it")->type_name("FILE");
+  addColour(app, options->colour);
+  return {&app, [options] { return run(*options); }};
+}
+
+}  // namespace poker::holdem

@@ -1,0 +1,244 @@
+#include "Place.h"
+
+#include <examples/holdem/game/CardText.h>
+#include <hostkit/Decode.h>
+#include <inspect/CommandText.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <array>
+#include <map>
+#include <optional>
+#include <random>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace poker::holdem {
+namespace {
+
+using namespace std::chrono_literals;
+using test::Place;
+
+/// Reads what a client got, byte by byte, with none of the library's readers.
+class Bytes {
+ public:
+  explicit Bytes(std::span<const std::uint8_t> frame) : rest_(frame.subspan(6)) {}
+
+  std::uint8_t byte() {
+    const std::uint8_t value = rest_[0];
+    rest_ = rest_.subspan(1);
+    return value;
+  }
+  std::uint32_t number() {
+    std::uint32_t value = 0;
+    for (unsigned i = 0; i < 4; ++i) value |= std::uint32_t{byte()} << 8 * i;
+    return value;
+  }
+  void skip(std::size_t size) { rest_ = rest_.subspan(size); }
+  std::vector<std::uint8_t> cards() {
+    std::vector<std::uint8_t> all(number());
+    for (std::uint8_t& card : all) card = byte();
+    return all;
+  }
+
+ private:
+  std::span<const std::uint8_t> rest_;
+};
+
+constexpr std::uint8_t kServerFamily = 1, kCardDeal = 55, kShowDown = 57, kTableState = 54, kUserTurn = 58,
+                       kShowCards = 80;
+constexpr std::uint8_t kFaceDown = 255, kOwnerOnly = 100;
+
+/// What the bank recorded of a hand: the cards that each seat really had, and whether it showed them.
+struct Truth {
+  struct Seat {
+    std::vector<std::uint8_t> faces;
+    bool shown;
+  };
+  std::map<int, Seat> seats;
+
+  Truth(Bank& bank, std::uint64_t number) {
+    const nlohmann::json record = nlohmann::json::parse(*bank.handRecord(number));
+    for (const auto& player : record["players"]) {
+      Seat& seat = seats[player["seat"].get<int>()];
+      const auto cards = cardsFromText(player["cards"].get<std::string>());
+      for (const Card& card : *cards) seat.faces.push_back(card.toByte());
+      seat.shown = player["shown"].get<bool>();
+    }
+  }
+};
+
+/// Watches the frames that one client receives.
+class Witness {
+ public:
+  std::uint64_t turns = 0;     // that it was asked for
+  std::uint64_t hands = 0;     // that it saw end
+  std::uint64_t compared = 0;  // pictures
+
+  Witness(const PlayerClient& client, std::function<const Truth&()> truth)
+      : client_(client), truth_(std::move(truth)) {}
+
+  void operator()(FrameDirection direction, std::span<const std::uint8_t> frame) {
+    if (direction != FrameDirection::In || frame[5] != kServerFamily) return;
+    Bytes bytes(frame);
+    switch (frame[4]) {
+      case kCardDeal:
+        bytes.skip(2);
+        for (std::uint32_t count = bytes.number(); count != 0; --count) {
+          const std::uint8_t seat = bytes.byte();
+          see(seat, bytes.cards());
+        }
+        break;
+      case kShowCards: {
+        const std::vector<std::uint8_t> cards = bytes.cards();
+        see(bytes.byte(), cards);
+        break;
+      }
+      case kShowDown:
+        bytes.skip(2);
+        for (std::uint32_t count = bytes.number(); count != 0; --count) {
+          const std::uint8_t seat = bytes.byte();
+          bytes.skip(8);
+          see(seat, bytes.cards());
+          bytes.skip(1);
+        }
+        judge();
+        break;
+      case kTableState:
+        compare(frame);
+        break;
+      case kUserTurn:
+        turns += bytes.byte() == own() && bytes.byte() == 1 ? 1 : 0;
+        break;
+      default:
+        break;
+    }
+  }
+
+ private:
+  std::uint8_t own() const { return client_.picture().state().ownSeat.value(); }
+
+  void see(std::uint8_t seat, const std::vector<std::uint8_t>& cards) {
+    ASSERT_EQ(cards.size(), 2u);
+    for (const std::uint8_t card : cards) {
+      if (card == kFaceDown) continue;
+      ASSERT_TRUE(card < kOwnerOnly || seat == own());
+      seen_[seat].insert(card >= kOwnerOnly ? card - kOwnerOnly : card);
+    }
+  }
+  /// At the end of a hand: every face that came was its player's own, or was shown.
+  void judge() {
+    ++hands;
+    const Truth& truth = truth_();
+    for (const auto& [seat, faces] : seen_) {
+      const Truth::Seat& real = truth.seats.at(seat);
+      EXPECT_TRUE(seat == own() || real.shown) << "seat " << seat << " was seen by " << int{own()};
+      EXPECT_EQ(faces, (std::set<int>(real.faces.begin(), real.faces.end())));
+    }
+    for (const auto& [seat, real] : truth.seats) {
+      EXPECT_EQ(seen_[seat].size(), real.shown || seat == own() ? 2u : 0u);
+    }
+    seen_.clear();
+  }
+  /// What the server says of the table now is what this client has made of everything before.
+  void compare(std::span<const std::uint8_t> frame) {
+    const DecodeResult decoded = decodeCommand(frame.subspan(4), DecodePolicy::of(Side::Client));
+    ASSERT_TRUE(decoded);
+    ClientTableState told = static_cast<const SrvTableState&>(*decoded.command).getState();
+    ClientTableState made = client_.picture().state();
+    if (made.gameID == 0) return;
+    made.turnTimeLeft = told.turnTimeLeft;
+    EXPECT_EQ(fieldsAsText(*make<SrvTableState>(told)), fieldsAsText(*make<SrvTableState>(made)));
+    ++compared;
+  }
+
+  const PlayerClient& client_;
+  std::function<const Truth&()> truth_;
+  std::map<int, std::set<int>> seen_;
+};
+
+class ManyHands : public testing::TestWithParam<LimitType> {};
+INSTANTIATE_TEST_SUITE_P(Games, ManyHands, testing::Values(LimitType::NoLimit, LimitType::FixedLimit),
+                         [](const auto& game) { return game.param == LimitType::NoLimit ? "NoLimit" : "FixedLimit"; });
+
+TEST_P(ManyHands, KeepEveryChipHideEveryCardAndAnswerEveryTurn) {
+  constexpr std::size_t kPlayers = 9;
+  const std::uint64_t hands = test::scaled(GetParam() == LimitType::NoLimit ? 10'000 : 1'000);
+  ServerSettings settings = test::quickServer(hands, kPlayers);
+  settings.house.tables[0].stakes.limit = GetParam();
+  Place place(settings);
+
+  std::optional<Truth> truth;
+  std::uint64_t truthOf = 0;
+  const auto currentTruth = [&]() -> const Truth& {
+    const std::uint64_t number = place.bank().lastHandNumber();
+    if (number != std::exchange(truthOf, number)) {
+      truth.emplace(place.bank(), number);
+      // A hand moves chips and takes rake, and that is all.
+      EXPECT_EQ(place.bank().audit().difference(), kZeroMoney);
+    }
+    return *truth;
+  };
+  std::vector<std::unique_ptr<Bot>> bots;
+  std::vector<std::unique_ptr<Witness>> witnesses;
+  std::size_t ended = 0;
+  const auto watch = [&](PlayerClient& client) {
+    witnesses.push_back(std::make_unique<Witness>(client, currentTruth));
+    client.observeFrames(
+        [witness = witnesses.back().get()](FrameDirection direction, std::span<const std::uint8_t> frame) {
+          (*witness)(direction, frame);
+        });
+  };
+  for (unsigned i = 0; i < kPlayers; ++i) {
+    bots.push_back(std::make_unique<Bot>(place.context, place.bot(i), [&](PlayerEnd end, std::string_view why) {
+      EXPECT_EQ(end, PlayerEnd::Drained) << why;
+      ++ended;
+    }));
+    watch(bots.back()->client());
+    bots.back()->start();
+  }
+  // Somebody looks on and may see no card that is not shown.
+  PlayerEvents ignored;
+  PlayerSettings looksOn = place.bot(20).player;
+  looksOn.sitsDown = false;
+  PlayerClient onlooker(place.context, looksOn, ignored);
+  watch(onlooker);
+  onlooker.start();
+
+  // Now and then somebody asks for the table anew.
+  std::mt19937_64 random(3);
+  std::uint64_t asked = 0;
+  ASSERT_TRUE(place.runUntil(
+      [&] {
+        if (drawBelow(random, 2'000) == 0) {
+          PlayerClient& client = drawBelow(random, 5) == 0 ? onlooker : bots[drawBelow(random, kPlayers)]->client();
+          if (client.isAtTable()) client.send<ClConnectGame>(1u, "", "", nullptr, 0), ++asked;
+        }
+        return place.ended && ended == kPlayers;
+      },
+      std::chrono::seconds(280)));
+
+  const Dealer::Turns& turns = place.table().turns();
+  EXPECT_EQ(place.table().handsPlayed(), hands);
+  EXPECT_EQ(turns.asked, turns.answered);
+  EXPECT_EQ(turns.timedOut + turns.left, 0u);
+  EXPECT_GT(turns.inAdvance, hands / 10);
+  std::uint64_t heard = 0, compared = 0;
+  for (const auto& witness : witnesses) {
+    heard += witness->turns;
+    compared += witness->compared;
+    EXPECT_GE(witness->hands, witness == witnesses.back() ? 1u : hands);
+  }
+  EXPECT_GE(heard, turns.asked);
+  EXPECT_LE(heard, turns.asked + asked);  // who asks for the table in its turn is asked again
+  EXPECT_GE(compared, asked * 9 / 10);
+  EXPECT_GT(asked, 20u);
+  EXPECT_EQ(place.bank().audit().difference(), kZeroMoney);
+  EXPECT_GT(place.bank().audit().rake, kZeroMoney);
+}
+
+}  // namespace
+}  // namespace poker::holdem
