@@ -26,6 +26,9 @@ ServerOptions Server::optionsFrom(const ServerSettings& settings) {
   options.port = settings.listen.port;
   options.maxConnections = settings.maxConnections + kAnteroom;
   options.session.limits = settings.limits;
+  for (const TableSettings& table : settings.house.tables) {
+    if (table.takesScripts) options.session.allowed.allow<ClScriptSetDealer>(SessionState::Seated);
+  }
   return options;
 }
 
