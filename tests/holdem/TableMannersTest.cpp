@@ -137,15 +137,15 @@ TEST(Table, TakesAnAnswerForTheTurnThatWasSeenAndNoOther) {
   second.client.chat("was here");
   ASSERT_TRUE(place.runUntil([&] { return !first.chat.empty(); }));
   EXPECT_TRUE(first.isToAct());
-  // Two answers to one turn: the second one was given before the next turn was seen, and must not count for it.
   first.act(UserAction::Call);
-  first.client.act(UserAction::Fold, kZeroMoney);
   ASSERT_TRUE(place.runUntil([&] { return second.isToAct(); }));
+  // The same player is first on the flop. A second answer to the turn before, on its way already, must not count there.
   second.act(UserAction::Check);
+  second.client.act(UserAction::Fold, kZeroMoney);
   ASSERT_TRUE(place.runUntil([&] { return second.isToAct(); }));
   second.act(UserAction::Check);
   ASSERT_TRUE(place.runUntil([&] { return first.isToAct(); }));
-  EXPECT_EQ(first.state(), UserState::Playing);
+  EXPECT_EQ(second.state(), UserState::Playing);
 }
 
 TEST(Table, PlaysForWhoIsSilentAndTakesThePlayerBack) {
