@@ -51,8 +51,14 @@ void House::logOn(const ConnectionID& client, const std::string& name, const std
     return;
   }
   visitor.tries = 0;
-  // The player's last connection may be dead without having been noticed. It has nothing to say any more.
-  if (const ConnectionID before = players_.bind(account->id, client); before.isValid()) {
+  const ConnectionID before = players_.bind(account->id, client);
+  if (players_.find(account->id) != client) {
+    // On a connection that is younger than this one.
+    outbox_.add<SrvLogonError>(client, CommonTypes::AlreadyLoggedIn, "");
+    return;
+  }
+  if (before.isValid()) {
+    // It may be dead without having been noticed, and has nothing to say any more.
     leave(before);
     connections_.disconnect(before, SrvErrorDisconnected::Reconnect);
   }

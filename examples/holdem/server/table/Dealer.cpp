@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace poker::holdem {
 
@@ -38,6 +39,7 @@ UserState Dealer::stateOf(const Seat& seat) const {
 
 void Dealer::deal(std::uint64_t number, const HandPlan& plan, Deck& deck) {
   record_.begin(number);
+  inPots_ = kZeroMoney;
   SeatIDSet players;
   for (std::size_t i = 0; i < plan.size; ++i) {
     players.insert(plan.seats[i].seat);
@@ -260,7 +262,9 @@ void Dealer::onRoundOver(Street street) {
   const bool goesOn = street != Street::River && hand_.players().remaining() > 1 && canAct > 1;
   const Street next = street == Street::River ? street : static_cast<Street>(static_cast<unsigned>(street) + 1);
   fillPot();
-  audience_.tellAll<SrvBetRoundComplete>(pot_, true, goesOn, settings_.stakes.betOf(next), hand_.pots().rake());
+  const RealMoneyType inPots = pot_.total() + hand_.pots().rake();
+  const bool chipsMove = std::exchange(inPots_, inPots) != inPots;
+  audience_.tellAll<SrvBetRoundComplete>(pot_, chipsMove, goesOn, settings_.stakes.betOf(next), hand_.pots().rake());
 }
 
 void Dealer::onBoard(Street, std::span<const Card> cards) {

@@ -111,6 +111,7 @@ class Dealer final : private HandEvents {
   asio::steady_timer timer_;
   SeatID asked_;  // whose turn the viewers were told
   Clock::time_point deadline_;
+  RealMoneyType inPots_;  // after the last betting round, with the rake
   Turns turns_;
   // Filled anew for each use.
   mutable UserCardsInfoVector packs_;
