@@ -2,5 +2,7 @@
 
 // Every command class. For a host that decodes them all; code that needs a few includes those headers alone.
 
+#include <CommandProcessor/commands/ClMiscUserBased.h>
+#include <CommandProcessor/commands/SrvCommandGame.h>
 #include <CommandProcessor/commands/session/SessionCommands.h>
 #include <CommandProcessor/commands/table/TableCommands.h>

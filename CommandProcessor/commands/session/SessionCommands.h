@@ -7,7 +7,6 @@
 #include <CommandProcessor/commands/session/ClKeepAlive.h>
 #include <CommandProcessor/commands/session/ClLogon.h>
 #include <CommandProcessor/commands/session/ClMakeNewAccount.h>
-#include <CommandProcessor/commands/session/ClMiscUserBased.h>
 #include <CommandProcessor/commands/session/ClMyNewScreenName.h>
 #include <CommandProcessor/commands/session/ClPing.h>
 #include <CommandProcessor/commands/session/ClSSLHandshakeData.h>

@@ -22,7 +22,6 @@
 #include <CommandProcessor/commands/table/SrvCardDeal.h>
 #include <CommandProcessor/commands/table/SrvCardDealBase.h>
 #include <CommandProcessor/commands/table/SrvChatMsg.h>
-#include <CommandProcessor/commands/table/SrvCommandGame.h>
 #include <CommandProcessor/commands/table/SrvConnectGameOK.h>
 #include <CommandProcessor/commands/table/SrvErrorCode.h>
 #include <CommandProcessor/commands/table/SrvGameStart.h>

@@ -1,4 +1,4 @@
-#include <CommandProcessor/commands/table/SrvCommandGame.h>
+#include <CommandProcessor/commands/SrvCommandGame.h>
 #include <CommandProcessor/core/FieldsImpl.h>
 
 namespace poker {

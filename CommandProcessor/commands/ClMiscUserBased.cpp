@@ -1,4 +1,4 @@
-#include <CommandProcessor/commands/session/ClMiscUserBased.h>
+#include <CommandProcessor/commands/ClMiscUserBased.h>
 #include <CommandProcessor/core/FieldsImpl.h>
 
 namespace poker {
