@@ -341,6 +341,7 @@ struct BytesCodec : CodecBase {
   }
   template <class In>
   void read(In& in) const {
+    held.clear();
     const std::uint32_t size = readCount<Count>(in);
     in.require(size);
     held.resize(size);
@@ -532,8 +533,14 @@ struct Elements {
   void read(In& in, std::uint32_t count) const {
     if constexpr (Sequence<C>) {
       if (items.size() > count) items.resize(count);
-      if (items.size() < count) items.reserve(possibleElements(in, count, CodecOf<Element>::minSize()));
+      const std::size_t possible = possibleElements(in, count, CodecOf<Element>::minSize());
+      if (items.size() < count) items.reserve(possible);
       for (std::size_t i = 0; i < count; ++i) {
+        if (i == possible) {
+          // What is left cannot be an element: fails with the element's own text, and before the list grows.
+          Element missing{};
+          codecOf(missing).read(in);
+        }
         if (i == items.size()) items.emplace_back();
         codecOf(items[i]).read(in);
       }
@@ -592,6 +599,7 @@ struct ListCodec : CodecBase {
   }
   template <class In>
   void read(In& in) const {
+    if constexpr (!Sequence<C>) elements.items.clear();  // a set is empty also when there is no count
     elements.read(in, readCount<Count>(in));
   }
   void reset() const { elements.items.clear(); }

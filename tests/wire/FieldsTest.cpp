@@ -181,6 +181,13 @@ TYPED_TEST(HardRecord, DamageFailsWithAKnownMessageAndCostsLittleMemory) {
   };
   for (const std::uint8_t fill : hex("FF 7F 80 01 00")) {
     for (std::size_t size : {10u, 4096u}) attack(Bytes(size, fill));
+    // Wherever a count may stand: far too many elements, the smallest there are.
+    for (std::size_t at = 0; at < this->bytes_.size(); ++at) {
+      Bytes bomb(this->bytes_.begin(), this->bytes_.begin() + static_cast<std::ptrdiff_t>(at));
+      bomb.insert(bomb.end(), 4, 0xFF);
+      bomb.insert(bomb.end(), 4096, fill);
+      attack(bomb);
+    }
     for (std::size_t at = 0; at < this->bytes_.size(); ++at) {
       for (const std::size_t width : {1u, 2u, 4u, 8u}) {
         Bytes damaged = this->bytes_;

@@ -15,8 +15,7 @@ class COMMANDPROCESSOR_API ClConnectGame final : public Command<ClConnectGame> {
   /// Copies everything. Null texts are empty.
   /// @param password  of a private table, otherwise empty
   /// @param frID      fingerprint of the client's machine: `size` bytes, none of them this object's own; null, or a
-  /// size
-  ///                  below 1, makes an empty one
+  ///                  size below 1, makes an empty one
   void init(unsigned gameID, const char* password, const char* clientIP, const char* frID, int size);
 
   unsigned getGameID() const { return gameID_; }

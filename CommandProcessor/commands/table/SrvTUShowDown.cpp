@@ -13,7 +13,8 @@ void SrvTUShowDown::init(const RealMoneyType& casinoProfit) {
 
 void SrvTUShowDown::addFinalUser(const CardVector& cards, SeatID seat, const RealMoneyType& money,
                                  SDInfo::WinnerType winnerType) {
-  users_.emplace_back().set(cards, seat, money, winnerType);
+  const RealMoneyType won = money;  // which may be an amount of this command, and move when the list grows
+  users_.emplace_back().set(cards, seat, won, winnerType);
 }
 
 void SrvTUShowDown::addPlayerInfo(SeatID seat, const RealMoneyType& bet, const RealMoneyType& win) {

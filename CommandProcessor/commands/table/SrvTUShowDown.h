@@ -16,6 +16,7 @@ class COMMANDPROCESSOR_API SrvTUShowDown final : public Command<SrvTUShowDown, S
   /// @param casinoProfit  the rake
   void init(const RealMoneyType& casinoProfit);
   /// Adds a final player behind those that are there.
+  /// @param cards  none of this command's own
   /// @param money  what the player won
   void addFinalUser(const CardVector& cards, SeatID seat, const RealMoneyType& money, SDInfo::WinnerType winnerType);
   /// Notes what a player bet and won in the whole hand, in place of an earlier note.
