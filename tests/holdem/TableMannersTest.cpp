@@ -107,6 +107,7 @@ TEST(Table, PlaysAScriptedHandAndSplitsThePotToTheHundredth) {
   ASSERT_TRUE(place.runUntil([&] { return ben.isToAct(); }));
   ben.act(UserAction::Call);
   ASSERT_TRUE(place.runUntil([&] { return cy.isToAct(); }));
+  cy.client.send<ClMoreMoney>(chips(10));  // comes when the hand is over
   cy.act(UserAction::Fold);
   for (int street = 0; street < 2; ++street) {
     for (Person* person : {&ann, &ben}) {
@@ -119,7 +120,7 @@ TEST(Table, PlaysAScriptedHandAndSplitsThePotToTheHundredth) {
   const auto seated = place.bank().seated(1);
   EXPECT_EQ(seated[0].stack, RealMoneyType::fromHundredths(20025));
   EXPECT_EQ(seated[1].stack, RealMoneyType::fromHundredths(20024));
-  EXPECT_EQ(seated[2].stack, RealMoneyType::fromHundredths(19951));
+  EXPECT_EQ(seated[2].stack, RealMoneyType::fromHundredths(20951));
   ann.client.chat("hello");
   ASSERT_TRUE(place.runUntil([&] { return cy.chat.size() == 2; }));
   EXPECT_THAT(cy.chat, ElementsAre("Player 1: I check", "Player 0: hello"));
