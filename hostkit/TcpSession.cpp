@@ -347,8 +347,21 @@ bool TcpSession::queue(std::span<const std::uint8_t> frame) {
       armTimer();
     }
   }
-  if (much || !processing_) flush();
+  if (much) {
+    flush();
+  } else if (!processing_) {
+    flushSoon();
+  }
   return true;
+}
+
+/// One write for all that is queued in this turn of the loop.
+void TcpSession::flushSoon() {
+  if (!open_ || writing_ || std::exchange(flushDue_, true)) return;
+  asio::post(socket_.get_executor(), detail::handlerIn(handlerMemory_, [self = shared_from_this()] {
+               self->flushDue_ = false;
+               if (!self->processing_) self->flush();
+             }));
 }
 
 void TcpSession::flush() {

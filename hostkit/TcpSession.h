@@ -195,6 +195,7 @@ class TcpSession : public std::enable_shared_from_this<TcpSession> {
   void protocolError(CloseReason reason, const DecodeError& error);
 
   bool queue(std::span<const std::uint8_t> frame);
+  void flushSoon();
   void flush();
   void write();
   void onWrite(const std::error_code& failure, std::size_t written);
@@ -233,6 +234,7 @@ class TcpSession : public std::enable_shared_from_this<TcpSession> {
   bool abandoned_ = false;   // the server is gone: no more events
   bool reading_ = false;     // a read is under way
   bool writing_ = false;     // a write is under way
+  bool flushDue_ = false;    // what is queued goes out later in this turn of the loop
   bool processing_ = false;  // frames are being handed to the host: what is sent meanwhile leaves together
   bool peerEnded_ = false;   // the end of the peer's stream has come
   bool shutDown_ = false;    // the end of ours is sent
