@@ -33,7 +33,9 @@ Bot::Bot(asio::io_context& context, BotSettings settings, Ended ended)
 void Bot::onTableState() {
   if (client_.picture().state().handNumber != hand_) onHandBegins();
   const ClientSeatState* seat = client_.picture().ownSeat();
-  if (seat != nullptr && seat->state == UserState::SittingOut) client_.send<ClBack>();
+  if (seat == nullptr) return;
+  if (seat->state == UserState::SittingOut) client_.send<ClBack>();
+  onSeated(seat->seatID);
 }
 
 void Bot::onSeated(SeatID) {

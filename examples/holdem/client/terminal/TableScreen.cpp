@@ -152,7 +152,7 @@ void TableScreen::flush() {
 }
 
 void TableScreen::print(std::string_view text) {
-  flush();
+  if (!lineIsEmpty_) flush();  // a label waits for what it is the label of
   write(text);
 }
 

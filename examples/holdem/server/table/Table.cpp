@@ -36,6 +36,7 @@ Table::Table(asio::io_context& context, TableSettings settings, Bank& bank, Outb
     seat.blinds.owesBig = true;
     seat.announced = UserState::Disconnected;
     seat.awaySince = Clock::now();
+    if (seat.stack == kZeroMoney) seat.rebuyUntil = Clock::now() + settings_.rebuyTime;
   }
   armSeatTimer();
 }
