@@ -170,7 +170,7 @@ class WireFit {
   bool fits_ = true;
 };
 
-/// Overwrites every secret() field, also inside records.
+/// Overwrites every secret() field, also inside records and the elements of lists.
 class SecretWiper : public EveryPart<SecretWiper> {
  public:
   template <class X>
@@ -189,6 +189,8 @@ class SecretWiper : public EveryPart<SecretWiper> {
       codec.wipe();
     } else if constexpr (requires { codec.record; }) {
       FieldAccess::fields(codec.record, *this);
+    } else if constexpr (requires { codec.elements; }) {
+      for (auto& item : codec.elements.items) wipe(codecFor(item));
     }
   }
 };

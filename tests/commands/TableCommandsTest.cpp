@@ -1,3 +1,4 @@
+#include <CommandProcessor/commands/SrvCommandGame.h>
 #include <CommandProcessor/commands/table/TableCommands.h>
 #include <CommandProcessor/types/FieldJson.h>
 #include <hostkit/CommandHandle.h>

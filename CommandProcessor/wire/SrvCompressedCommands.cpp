@@ -1,0 +1,49 @@
+#include <CommandProcessor/commands/CommandImpl.h>
+#include <CommandProcessor/wire/SrvCompressedCommands.h>
+
+#include <zlib.h>
+
+#include <algorithm>
+#include <limits>
+#include <new>
+
+namespace poker {
+
+void SrvCompressedCommands::init(const unsigned char* bytes, unsigned size) {
+  if (bytes == nullptr) size = 0;
+  clearConnections();
+  realSize_ = 0;
+  body_.clear();
+  zlibResult_ = Z_OK;
+
+  const std::uint64_t room = compressionRoom(size);
+  if (room > body_.max_size()) throw std::bad_alloc();
+  body_.resize(static_cast<std::size_t>(room));
+  // zlib counts in longs, which are 32 bits wide on some systems.
+  auto length = static_cast<uLongf>(std::min<std::uint64_t>(room, std::numeric_limits<uLongf>::max()));
+  const int result = compress2(body_.data(), &length, bytes, size, Z_DEFAULT_COMPRESSION);
+  if (const std::uint64_t produced = length; result != Z_OK || produced > std::numeric_limits<std::uint32_t>::max()) {
+    body_.clear();
+    throw std::bad_alloc();
+  }
+  body_.resize(length);
+  realSize_ = size;
+}
+
+void SrvCompressedCommands::getUncompressedData(unsigned char* destination) {
+  uLongf length = realSize_;
+  zlibResult_ = uncompress(destination, &length, body_.data(), static_cast<uLong>(body_.size()));
+  realSize_ = static_cast<std::uint32_t>(length);
+  body_.clear();
+}
+
+void SrvCompressedCommands::fields(auto& self, auto&& field) {
+  field("realSize", self.realSize_);
+  field("body", bytes<std::uint32_t>(self.body_));
+  field.local(self.zlibResult_);
+}
+
+template class Command<SrvCompressedCommands>;
+template class CachedCmdCreator<SrvCompressedCommands>;
+
+}  // namespace poker
