@@ -1,7 +1,7 @@
 #pragma once
 
-#include <CommandProcessor/commands/Command.h>
 #include <CommandProcessor/commands/ClMiscUserBased.h>
+#include <CommandProcessor/commands/Command.h>
 #include <CommandProcessor/types/CommonTypes.h>
 #include <CommandProcessor/wire/Int2StringSer.h>
 #include <CommandProcessor/wire/RawDataHolder.h>

@@ -16,7 +16,8 @@ House::House(asio::io_context& context, HouseSettings settings, Connections& con
           [this](const ConnectionID& to, std::span<const std::uint8_t> frame) { connections_.sendFrame(to, frame); }),
       lastHand_(bank_.lastHandNumber()) {
   for (TableSettings& table : settings.tables) {
-    tables_.push_back(std::make_unique<Table>(context, std::move(table), bank_, outbox_, static_cast<TableHost&>(*this)));
+    tables_.push_back(
+        std::make_unique<Table>(context, std::move(table), bank_, outbox_, static_cast<TableHost&>(*this)));
   }
   openTables_ = tables_.size();
 }
@@ -31,7 +32,8 @@ Table* House::findTable(std::uint32_t gameID) {
 // Accounts
 
 void House::openAccount(const ConnectionID& client, const CommonTypes::NewAccountInfo& form) {
-  if (!isAcceptableName(form.userName) || !isAcceptablePassword(form.password)) {
+  const bool isTooMany = ++visitors_[client.value()].accounts > kAccountTries;
+  if (isTooMany || !isAcceptableName(form.userName) || !isAcceptablePassword(form.password)) {
     outbox_.add<SrvRegistrationFail>(client, CommonTypes::RegistrationFailed);
   } else if (!bank_.openAccount(form.userName, form.password, form.email, gift_)) {
     outbox_.add<SrvRegistrationFail>(client, CommonTypes::UserNameTaken);

@@ -44,6 +44,8 @@ class House final : private TableHost {
  public:
   /// After so many wrong passwords in a row the connection ends.
   static constexpr unsigned kLogonTries = 3;
+  /// So many accounts may be asked for on one connection: each costs the work of a password's hash.
+  static constexpr unsigned kAccountTries = 3;
 
   /// @throws BankError
   House(asio::io_context& context, HouseSettings settings, Connections& connections);
@@ -87,6 +89,7 @@ class House final : private TableHost {
     Table* table = nullptr;
     Table* wanted = nullptr;  // asks for a password
     unsigned tries = 0;       // wrong passwords in a row
+    unsigned accounts = 0;    // that were asked for
   };
 
   std::uint64_t nextHandNumber() override { return ++lastHand_; }

@@ -70,8 +70,12 @@ Choice choiceFromText(std::string_view line, const NextTurnOptions& options) {
     choice.complaint = fmt::format("You cannot {} now: {}", word->word, choicesText(options));
     return choice;
   }
-  if (amount.empty()) return choice;
   const auto [least, most] = option->second;
+  if (amount.empty()) {
+    if (most > least)
+      choice.complaint = fmt::format("{} takes what you add: {}.", word->word, rangeText(option->second));
+    return choice;
+  }
   const std::optional<RealMoneyType> money = moneyFromText(amount);
   if (!money || *money < least || *money > std::max(least, most)) {
     const std::string range = rangeText(option->second);

@@ -18,8 +18,10 @@ namespace poker::holdem {
 namespace {
 
 constexpr std::string_view kHelp =
-    "  at your turn   f fold   k check   c call   b 12 bet   r 24 raise   a all-in; amounts are what you add\n"
-    "  at any time    t TEXT or /chat TEXT   m chips, m 100 more of them   s sit out   back   post a blind, not wait\n"
+    "  at your turn   f fold   k check   c call   b 12 bet   r 24 raise   a all-in\n"
+    "                 (amounts are what you add to what lies before you)\n"
+    "  at any time    t TEXT or /chat TEXT   m chips, m 100 more of them\n"
+    "                 s sit out   back   post a blind, not wait\n"
     "                 l leave the seat   sit 3 take one   h this help   q leave and end";
 
 struct Options : PlayerOptions {
@@ -70,6 +72,11 @@ class PlayTable final : public TableScreen {
     status_ = statusOf(end, why, "holdem-client play");
     context_.stop();
   }
+  bool isInHand() const {
+    const ClientSeatState* seat = picture().ownSeat();
+    return seat != nullptr &&
+           (seat->state == UserState::Playing || seat->state == UserState::Folded || seat->state == UserState::AllIn);
+  }
   void showTurn();
   void takeChips(std::string_view amount);
   void sit(std::string_view seat);
@@ -98,8 +105,7 @@ void PlayTable::onTurn(const NextTurnOptions& options, std::chrono::seconds) {
 
 void PlayTable::leave() {
   if (std::exchange(leaving_, true)) return client().bye();
-  const bool isInHand = picture().ownSeat() != nullptr && picture().state().handNumber != 0;
-  if (isInHand) print("  You leave as soon as the hand is over; once more, and you leave now.");
+  if (isInHand()) print("  You leave as soon as the hand is over; once more, and you leave now.");
   client().leave();
 }
 
@@ -109,6 +115,7 @@ void PlayTable::takeChips(std::string_view amount) {
     client().send<ClGetMoney>();
   } else if (money && *money != kZeroMoney && picture().ownSeat() != nullptr) {
     client().send<ClMoreMoney>(*money);
+    if (isInHand()) print(fmt::format("  {} more come when the hand is over.", money->toString()));
   } else {
     print("  m takes an amount of chips, and a seat to bring them to.");
   }
@@ -152,6 +159,7 @@ void PlayTable::take(std::string_view line) {
     box(UserAction::Post, true);
   } else if (word == "l") {
     client().standUp();
+    if (isInHand()) print("  You leave the seat when the hand is over.");
   } else if (options_.empty()) {
     print(isChoice(line) ? "  It is not your turn." : "  h shows what you can type.");
   } else {

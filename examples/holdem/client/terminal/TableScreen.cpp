@@ -258,7 +258,7 @@ std::string TableScreen::tell(const SDInfo& player) const {
     const std::string shows = isShown(player.cards()) ? fmt::format(", and shows {}", toText(player.cards())) : "";
     return fmt::format("{} wins {}, nobody calls{}", name, won, shows);
   }
-  if (!isShown(player.cards())) return wins ? fmt::format("{} wins {}", name, won) : name + " shows nothing";
+  if (!isShown(player.cards())) return wins ? fmt::format("{} wins {}", name, won) : name + " mucks";
   const std::string value = valueOf(player.cards());
   const std::string worth = value.empty() ? value : ", " + value;
   return fmt::format("{} {} {}{}", name, wins ? fmt::format("wins {} with", won) : "shows", toText(player.cards()),

@@ -11,7 +11,15 @@ namespace poker::holdem {
 
 namespace {
 
-constexpr std::size_t kLongestChat = 200;
+constexpr std::size_t kLongestChat = 200;  // bytes
+
+/// No more than so many bytes of a text, and no part of a UTF-8 character at its end.
+std::string cutTo(std::size_t size, const std::string& text) {
+  if (text.size() <= size) return text;
+  while (size != 0 && (static_cast<unsigned char>(text[size]) & 0xC0) == 0x80) --size;
+  return text.substr(0, size);
+}
+
 constexpr Clock::time_point kNever = Clock::time_point::max();
 
 /// The least that there is.
@@ -265,7 +273,7 @@ void Table::chat(const ConnectionID& viewer, const std::string& name, const std:
                  ChatMsgTypes::ChatStyle style) {
   if (!audience_.contains(viewer) || text.empty()) return;
   const bool isPlayer = audience_.seatOf(viewer).isValid();
-  audience_.tellAll<SrvChatMsg>(text.substr(0, kLongestChat).c_str(), name.c_str(),
+  audience_.tellAll<SrvChatMsg>(cutTo(kLongestChat, text).c_str(), name.c_str(),
                                 isPlayer ? ChatMsgTypes::PlayerChat : ChatMsgTypes::ObserverChat, style);
 }
 
