@@ -71,7 +71,7 @@ void Server::announceMaintenance() {
 
 void Server::drain() {
   if (!draining_) return beginDraining(settings_.grace);
-  graceOver_ = tablesClosed_ = true;
+  graceEnded_ = tablesClosed_ = true;
   endSessions();
 }
 
@@ -94,14 +94,14 @@ void Server::beginDraining(std::chrono::milliseconds grace) {
 }
 
 void Server::endGrace() {
-  graceOver_ = true;
+  graceEnded_ = true;
   logLine(log_, 0, "grace-over connections={}", tcp_.sessions().size());
   if (transcript_ != nullptr && !tcp_.sessions().empty()) transcript_->heading("the grace is over");
   endSessions();
 }
 
 void Server::endSessions() {
-  if (!graceOver_ || !tablesClosed_ || std::exchange(endingSessions_, true)) return;
+  if (!graceEnded_ || !tablesClosed_ || std::exchange(endingSessions_, true)) return;
   // Not from inside the event that ends the last hand: what it has to say goes out first.
   asio::post(context_, [this] {
     tcp_.drain(SrvErrorDisconnected::DisconnectConn, [this] {

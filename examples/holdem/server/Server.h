@@ -99,7 +99,7 @@ class Server final : private SessionEvents, private Connections {
   std::size_t guests_ = 0;
   bool announced_ = false;
   bool draining_ = false;
-  bool graceOver_ = false;
+  bool graceEnded_ = false;
   bool tablesClosed_ = false;
   bool endingSessions_ = false;
   std::function<void()> ended_;
