@@ -45,17 +45,18 @@ ReplayRequestInfo everyCriterion() {
 
 TEST(ReplayRequest, SendsWhatEachOfThe128MasksNamesAndForgetsTheRest) {
   struct Part {
-    ReplayRequestInfo::Criterion bit;
+    ReplayRequestInfo::Criterion criterion;
+    std::uint32_t bit;
     Bytes bytes;
   };
   const Part parts[] = {
-      {ReplayRequestInfo::kGameID, hex("07 00 00 00")},
-      {ReplayRequestInfo::kFrom, hex(kDayBytes)},
-      {ReplayRequestInfo::kTo, hex(kOtherDayBytes)},
-      {ReplayRequestInfo::kMostHands, hex("14 00 00 00")},
-      {ReplayRequestInfo::kGameType, hex("01 02")},
-      {ReplayRequestInfo::kOpponent, hex("42 6F 00")},
-      {ReplayRequestInfo::kReplays, hex(std::string("01 00 00 00") + kDayBytes + kOtherDayBytes)},
+      {ReplayRequestInfo::kGameID, 0x100, hex("07 00 00 00")},
+      {ReplayRequestInfo::kFrom, 0x08, hex(kDayBytes)},
+      {ReplayRequestInfo::kTo, 0x10, hex(kOtherDayBytes)},
+      {ReplayRequestInfo::kMostHands, 0x04, hex("14 00 00 00")},
+      {ReplayRequestInfo::kGameType, 0x01, hex("01 02")},
+      {ReplayRequestInfo::kOpponent, 0x02, hex("42 6F 00")},
+      {ReplayRequestInfo::kReplays, 0x20, hex(std::string("01 00 00 00") + kDayBytes + kOtherDayBytes)},
   };
   for (unsigned choice = 0; choice < 128; ++choice) {
     ReplayRequestInfo info = everyCriterion();
@@ -64,7 +65,7 @@ TEST(ReplayRequest, SendsWhatEachOfThe128MasksNamesAndForgetsTheRest) {
     std::uint32_t mask = 0;
     for (unsigned i = 0; i < 7; ++i) {
       if ((choice >> i & 1) == 0) {
-        info.drop(parts[i].bit);
+        info.drop(parts[i].criterion);
         continue;
       }
       mask |= parts[i].bit;
@@ -205,15 +206,20 @@ TEST(AccountInits, PutLikeArgumentsInTheirOwnFields) {
   EXPECT_EQ(fieldsToJson(*make<ClMiscSetupAccount>("a", "b", COleDateTime(1.5), UserAddress(), "c", "d")),
             R"({"firstName":"a","lastName":"b","birthDate":1.5,"address":{"address":"","city":"","state":"",)"
             R"("zipCode":"","country":"","phone":""},"securityQuestion":"c","securityAnswer":"***"})");
-  EXPECT_EQ(fieldsToJson(*make<SrvSessionCreated>(SessionTarget::WebSite, "S1", "u", COleDateTime(1.5))),
-            R"({"target":1,"sessionID":"***","url":"u","expires":1.5})");
-  EXPECT_EQ(fieldsToJson(*make<SrvUserWonPromotion>("a", 5u, "b")), R"({"userName":"a","dealID":5,"handText":"b"})");
-  EXPECT_EQ(fieldsToJson(*make<SrvPlayMoneyMessage>("m", cents(100), cents(200))),
-            R"({"message":"m","increase":"1","playMoney":"2"})");
+  const auto session = make<SrvSessionCreated>(SessionTarget::WebSite, "S1", "u", COleDateTime(1.5));
+  EXPECT_EQ(fieldsToJson(*session), R"({"target":1,"sessionID":"***","url":"u","expires":1.5})");
+  EXPECT_EQ(session->sessionID() + session->url(), "S1u");
+  const auto won = make<SrvUserWonPromotion>("a", 5u, "b");
+  EXPECT_EQ(fieldsToJson(*won), R"({"userName":"a","dealID":5,"handText":"b"})");
+  EXPECT_EQ(won->userName() + won->handText(), "ab");
+  const auto playMoney = make<SrvPlayMoneyMessage>("m", cents(100), cents(200));
+  EXPECT_EQ(fieldsToJson(*playMoney), R"({"message":"m","increase":"1","playMoney":"2"})");
+  EXPECT_EQ(playMoney->increase(), cents(100));
   EXPECT_EQ(fieldsToJson(*make<SrvPromoNotify>(SrvPromoNotify::Running, 3u, -4)),
             R"({"notifyID":2,"targetTables":3,"rest":-4})");
-  EXPECT_EQ(fieldsToJson(*make<ClGetHandHistory>(true, 5u, false)),
-            R"({"isGameData":true,"data":5,"isTourRequest":false})");
+  const auto hands = make<ClGetHandHistory>(true, 5u, false);
+  EXPECT_EQ(fieldsToJson(*hands), R"({"isGameData":true,"data":5,"isTourRequest":false})");
+  EXPECT_TRUE(hands->isGameData() && !hands->isTourRequiest());
 }
 
 TEST(AccountSecrets, AreMaskedAndWipedInListsToo) {

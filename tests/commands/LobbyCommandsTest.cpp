@@ -1,4 +1,5 @@
 #include <CommandProcessor/commands/lobby/LobbyCommands.h>
+#include <CommandProcessor/types/FieldJson.h>
 #include <CommandProcessor/wire/SrvCompressedCommands.h>
 #include <hostkit/CommandHandle.h>
 #include <tests/support/AllocationCounter.h>
@@ -9,6 +10,7 @@
 
 #include <algorithm>
 #include <string>
+#include <tuple>
 
 namespace poker::test {
 namespace {
@@ -24,6 +26,23 @@ TEST(SrvOneUser, SendsTheLow16BitsOfTheGame) {
   const auto command = make<SrvOneUser>(70000u);
   EXPECT_EQ(command->gameID(), 70000u);
   EXPECT_EQ(readBack(*command)->gameID(), 4464u);
+}
+
+// What the golden lines, which name each field, cannot see.
+TEST(LobbyInits, PutLikeArgumentsInTheirOwnFields) {
+  const auto list = make<ClGetServerInfo>(std::uint16_t{1}, std::uint16_t{2}, 3u);
+  EXPECT_EQ(fieldsToJson(*list), R"({"requestedType":1,"oldType":2,"version":3})");
+  EXPECT_EQ(std::tuple(list->getRequestedType(), list->getOldType(), list->getVersion()), std::tuple(1, 2, 3u));
+  const auto game = make<ClGetGameInfo>(1u, 2u, 3u);
+  EXPECT_EQ(fieldsToJson(*game), R"({"gameID":1,"oldGameID":2,"version":3})");
+  EXPECT_EQ(std::tuple(game->getGameID(), game->getOldGameID(), game->getVersion()), std::tuple(1u, 2u, 3u));
+  const auto wait = make<ClAddGlobalWaitList>(std::uint16_t{1}, RealMoneyType::fromHundredths(2),
+                                              RealMoneyType::fromHundredths(3), 4, 5, true);
+  EXPECT_EQ(fieldsToJson(*wait),
+            R"({"gameType":1,"lowBet":"0.02","highBet":"0.03","minPlayers":4,"maxPlayers":5,"realMoney":true})");
+  EXPECT_EQ(std::tuple(wait->gameType(), wait->lowBet().hundredths(), wait->highBet().hundredths(), wait->minPlayers(),
+                       wait->maxPlayers(), wait->realMoney()),
+            std::tuple(1, 2, 3, 4, 5, true));
 }
 
 // ---- texts and counters by key
@@ -258,6 +277,13 @@ TEST(SrvCompressedCommands, RunsOutOfMemoryAsABatchOfNothing) {
   if (!struck) GTEST_SKIP() << "allocations cannot be made to fail here";
   EXPECT_EQ(toHex(bodyOf(*command)), "00 00 00 00 00 00 00 00");
   EXPECT_TRUE(command->connections().empty());
+}
+
+TEST(SrvCompressedCommands, LeavesNothingOfTheEarlierBatchWhenTheSizesAreCut) {
+  const auto command = compressed(kText);
+  EXPECT_EQ(decode(*command, hex("05 00 00")), kNumberFails);
+  EXPECT_EQ(command->realSize(), 0u);
+  EXPECT_EQ(command->compressedSize(), 0u);
 }
 
 TEST(SrvCompressedCommands, RefusesABodyLongerThanItsBytesBeforeAllocating) {
