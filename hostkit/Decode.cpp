@@ -45,6 +45,8 @@ std::string_view toText(DecodeError::Kind kind) {
       return "Malformed";
     case DecodeError::Kind::TrailingBytes:
       return "TrailingBytes";
+    case DecodeError::Kind::BadBatch:
+      return "BadBatch";
     case DecodeError::Kind::OutOfMemory:
       return "OutOfMemory";
   }
@@ -57,6 +59,7 @@ std::string DecodeError::toString() const {
   std::string text(className);
   if (!text.empty()) text += ' ';
   text += '(' + std::to_string(family) + ", " + std::to_string(code) + "): " + message;
+  if (kind == Kind::BadBatch) return text;
   return text + ", at " + std::to_string(offset) + ", " + std::to_string(remaining) + " left";
 }
 

@@ -28,6 +28,7 @@ struct DecodeError {
     NotAllowed,          ///< a class that the session's state does not allow
     Malformed,           ///< the fields cannot be read; the message is the reader's
     TrailingBytes,       ///< bytes are left behind the last field
+    BadBatch,            ///< a batch whose inside cannot be used
     OutOfMemory,
   };
 

@@ -34,6 +34,8 @@ struct SessionLimits {
   Duration outputSoftTime = std::chrono::seconds(10);  ///< so long end the session
   std::uint32_t outputHard = 256 * 1024;               ///< more than that end it at once
   RateLimit rate;
+  /// Server: so many bytes for one client in one turn of the loop are worth compressing; 0: none are.
+  std::uint32_t batchFrom = 512;
 
   /// After so long without a whole frame the peer counts as gone: half an interval after the last one it may miss.
   Duration idle() const { return keepAlive * missedKeepAlives + keepAlive / 2; }

@@ -1,6 +1,7 @@
 #include <hostkit/TcpServer.h>
 
 #include <CommandProcessor/commands/session/SrvBusy.h>
+#include <hostkit/Batch.h>
 #include <hostkit/Encode.h>
 
 #include <asio/ip/address.hpp>
@@ -57,7 +58,7 @@ void TcpServer::sendToAll(const PokerCommandI& command) {
   SerializeCommandBuf buffer(1024);
   const std::span<const std::uint8_t> frame = encodeCommand(command, buffer);
   sessions_.forEach([&](const ConnectionID&, const std::shared_ptr<TcpSession>& session) {
-    if (session->state() != SessionState::Connected) session->sendFrame(frame);
+    if (session->state() != SessionState::Connected) session->sendFrame(frame, mayCompress(command));
   });
 }
 

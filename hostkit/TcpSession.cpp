@@ -1,6 +1,7 @@
 #include <hostkit/TcpSession.h>
 
 #include <CommandProcessor/wire/SerializeCommandBuf.h>
+#include <hostkit/Batch.h>
 #include <hostkit/Encode.h>
 #include <hostkit/TcpServer.h>
 
@@ -29,6 +30,18 @@ Clock::time_point after(Clock::time_point now, SessionLimits::Duration duration)
 SerializeCommandBuf& scratchBuffer() {
   thread_local SerializeCommandBuf buffer(1024);
   return buffer;
+}
+
+// A frame that waits to be queued may lie in the other one.
+SerializeCommandBuf& batchBuffer() {
+  thread_local SerializeCommandBuf buffer(1024);
+  return buffer;
+}
+
+// One for all sessions of a thread, as long as no handler runs the event loop.
+std::vector<std::uint8_t>& unpackedFrames() {
+  thread_local std::vector<std::uint8_t> frames;
+  return frames;
 }
 
 std::string toString(const asio::ip::tcp::endpoint& endpoint) {
@@ -182,6 +195,8 @@ void TcpSession::setState(SessionState state) {
 void TcpSession::enter(SessionState state) {
   state_ = state;
   framer_.setLoggedOn(state >= SessionState::LoggedOn);
+  // Who logs on has heard that its hands are shaken, and takes everything from then on.
+  packs_ = side() == Side::Server && limits().batchFrom != 0 && state >= SessionState::LoggedOn;
   if (!open_) return;  // connecting: begin() comes back here
   const Time now = Clock::now();
   stateDeadline_ = state == SessionState::Connected     ? after(now, limits().handShake)
@@ -247,7 +262,7 @@ void TcpSession::processFrames() {
     const StreamFramer::Result result = framer_.next(frame);
     if (result == StreamFramer::Result::NeedMore) break;
     if (result == StreamFramer::Result::Frame) {
-      processFrame(frame, now);
+      processFrame(frame.bytes, now);
       continue;
     }
     DecodeError error;
@@ -274,22 +289,58 @@ void TcpSession::processFrames() {
   armTimer();
 }
 
-void TcpSession::processFrame(const Frame& frame, Time now) {
-  ++counters_.framesIn;
-  events_.onBytes(*this, FrameDirection::In, frame.bytes);
+void TcpSession::processFrame(std::span<const std::uint8_t> frame, Time now) {
   if (!bucket_.take(now)) {
+    events_.onBytes(*this, FrameDirection::In, frame);
     endWith(CloseReason::RateLimit, SrvErrorDisconnected::DisconnectConn);
-    return;
+  } else if (side() == Side::Client && isBatch(frame)) {
+    processBatch(frame);
+  } else {
+    deliver(frame);
   }
+}
+
+/// A batch counts as one frame against the rate: what it holds is bounded.
+void TcpSession::processBatch(std::span<const std::uint8_t> frame) {
+  ++counters_.batchesIn;
+  const CommandHandle<> command = judge(frame);
+  if (!command) return;
+  // A handler that runs the event loop would come back here.
+  std::vector<std::uint8_t> frames = std::exchange(unpackedFrames(), {});
+  std::string_view wrong;
   DecodeError error;
-  const CommandClass* named = resolveCommand(frame.command(), options_->policy, error);
+  try {
+    wrong = unpackBatch(static_cast<SrvCompressedCommands&>(*command), frames);
+    error.kind = DecodeError::Kind::BadBatch;
+  } catch (const std::bad_alloc&) {
+    wrong = "cannot be unpacked for want of memory";
+    error.kind = DecodeError::Kind::OutOfMemory;
+  }
+  if (wrong.empty()) {
+    for (std::span<const std::uint8_t> rest = frames; !rest.empty() && open_ && !isClosing();) deliver(takeFrame(rest));
+  } else {
+    using Batch = CommandInfo<SrvCompressedCommands>;
+    error.family = static_cast<std::uint8_t>(Batch::family);
+    error.code = Batch::code;
+    error.className = Batch::name;
+    error.message = wrong;
+    protocolError(CloseReason::BadCommand, error);
+  }
+  unpackedFrames() = std::move(frames);
+}
+
+/// The command of a frame, if this session may receive it now. Otherwise the host has heard why.
+CommandHandle<> TcpSession::judge(std::span<const std::uint8_t> frame) {
+  const std::span<const std::uint8_t> command = frame.subspan(kLengthSlot);
+  DecodeError error;
+  const CommandClass* named = resolveCommand(command, options_->policy, error);
   if (named != nullptr && !options_->allowed.allows(state_, named->family(), named->code())) {
     const bool loggedOn = state_ == SessionState::LoggedOn || state_ == SessionState::Seated;
     if (loggedOn && (options_->allowed.allows(SessionState::LoggedOn, named->family(), named->code()) ||
                      options_->allowed.allows(SessionState::Seated, named->family(), named->code()))) {
       ++counters_.refused;
       guarded([&] { events_.onRefused(*this, *named); });
-      return;
+      return {};
     }
     error.kind = DecodeError::Kind::NotAllowed;
     error.message.assign("is not allowed in the state ").append(toText(state_));
@@ -297,18 +348,23 @@ void TcpSession::processFrame(const Frame& frame, Time now) {
   }
   if (named == nullptr) {
     protocolError(CloseReason::BadCommand, error);
-    return;
+    return {};
   }
-  DecodeResult decoded = decodeCommand(*named, frame.command(), options_->policy);
-  if (!decoded) {
-    protocolError(CloseReason::BadCommand, decoded.error);
-    return;
-  }
+  DecodeResult decoded = decodeCommand(*named, command, options_->policy);
+  if (!decoded) protocolError(CloseReason::BadCommand, decoded.error);
+  return std::move(decoded.command);
+}
+
+void TcpSession::deliver(std::span<const std::uint8_t> frame) {
+  ++counters_.framesIn;
+  events_.onBytes(*this, FrameDirection::In, frame);
+  CommandHandle<> command = judge(frame);
+  if (!command) return;
   // Whatever the object carried, it came from here.
-  decoded.command->clearConnections();
+  command->clearConnections();
   guarded([&] {
-    if (id_.isValid()) decoded.command->setConnID(id_);
-    events_.onCommand(*this, std::move(decoded.command));
+    if (id_.isValid()) command->setConnID(id_);
+    events_.onCommand(*this, std::move(command));
   });
 }
 
@@ -321,21 +377,24 @@ void TcpSession::protocolError(CloseReason reason, const DecodeError& error) {
 
 bool TcpSession::send(const PokerCommandI& command) {
   if (isClosing()) return false;
-  return queue(encodeCommand(command, scratchBuffer()));
+  return queue(encodeCommand(command, scratchBuffer()), mayCompress(command));
 }
 
-bool TcpSession::sendFrame(std::span<const std::uint8_t> frame) {
+bool TcpSession::sendFrame(std::span<const std::uint8_t> frame, bool canCompress) {
   if (isClosing()) return false;
-  return queue(frame);
+  return queue(frame, canCompress);
 }
 
-bool TcpSession::queue(std::span<const std::uint8_t> frame) {
+bool TcpSession::queue(std::span<const std::uint8_t> frame, bool canCompress) {
   if (ended_) return false;
   if (queuedBytes() + frame.size() > limits().outputHard) {
     closeNow(CloseReason::OutputOverflow);
     return false;
   }
+  const bool staysAsItIs = !canCompress || isBatch(frame);
+  if (staysAsItIs) pack();  // what was queued before it
   pending_.insert(pending_.end(), frame.begin(), frame.end());
+  if (staysAsItIs) packed_ = pending_.size();
   ++counters_.framesOut;
   events_.onBytes(*this, FrameDirection::Out, frame);
   const bool much = queuedBytes() > limits().outputSoft;
@@ -353,6 +412,24 @@ bool TcpSession::queue(std::span<const std::uint8_t> frame) {
     flushSoon();
   }
   return true;
+}
+
+/// Makes a batch of what was queued since the last call, if that is smaller.
+void TcpSession::pack() {
+  const std::span<const std::uint8_t> frames = std::span(pending_).subspan(packed_);
+  if (packs_ && frames.size() >= limits().batchFrom) {
+    try {
+      const std::span<const std::uint8_t> batch = packBatch(frames, batchBuffer());
+      if (!batch.empty()) {
+        pending_.resize(packed_);
+        pending_.insert(pending_.end(), batch.begin(), batch.end());
+        ++counters_.batchesOut;
+      }
+    } catch (const std::bad_alloc&) {
+      // Then they go as they are.
+    }
+  }
+  packed_ = pending_.size();
 }
 
 /// One write for all that is queued in this turn of the loop.
@@ -378,7 +455,9 @@ void TcpSession::flush() {
     }
     return;
   }
+  pack();
   std::swap(pending_, inFlight_);
+  packed_ = 0;
   written_ = 0;
   write();
 }
@@ -432,7 +511,7 @@ void TcpSession::endWith(CloseReason reason, SrvErrorDisconnected::ErrorCode cod
   beginClosing(reason);
   if (side() == Side::Server) {
     try {
-      queue(encodeCommand(*make<SrvErrorDisconnected>(code), scratchBuffer()));
+      queue(encodeCommand(*make<SrvErrorDisconnected>(code), scratchBuffer()), true);
     } catch (const std::bad_alloc&) {
       closeNow(reason);
       return;
@@ -445,7 +524,7 @@ void TcpSession::closeAfter(const PokerCommandI& last) {
   if (isClosing()) return;
   const std::span<const std::uint8_t> frame = encodeCommand(last, scratchBuffer());
   beginClosing(CloseReason::ByHost);
-  queue(frame);
+  queue(frame, mayCompress(last));
   flush();
 }
 

@@ -79,17 +79,20 @@ class SessionEvents {
   /// The last event of every session. The transport is closed.
   virtual void onClosed(TcpSession&, CloseReason) {}
 
-  /// Every frame as it travels, length slot included: a whole one that came, before anything else is done with it, and
-  /// one that is queued for sending. For transcripts and recorders, which see passwords too. Must not call the session.
+  /// Every frame, length slot included: a whole one that came, before anything else is done with it, and one that is
+  /// queued for sending; those inside of batches, and not the batches. For transcripts and recorders, which see passwords
+  /// too. Must not call the session.
   virtual void onBytes(const TcpSession&, FrameDirection, std::span<const std::uint8_t>) {}
 };
 
 struct SessionCounters {
   std::uint64_t bytesIn = 0;
-  std::uint64_t bytesOut = 0;  ///< given to the system
-  std::uint64_t framesIn = 0;
-  std::uint64_t framesOut = 0;  ///< queued
-  std::uint64_t refused = 0;    ///< SessionEvents::onRefused
+  std::uint64_t bytesOut = 0;   ///< given to the system
+  std::uint64_t framesIn = 0;   ///< those inside of batches, and not the batches
+  std::uint64_t framesOut = 0;  ///< queued; likewise
+  std::uint64_t batchesIn = 0;
+  std::uint64_t batchesOut = 0;
+  std::uint64_t refused = 0;  ///< SessionEvents::onRefused
 };
 
 struct SessionOptions {
@@ -107,8 +110,9 @@ struct SessionOptions {
 };
 
 /// One end of a TCP connection that speaks commands: bytes in, framed, judged, decoded, handed to the host; commands
-/// out, encoded, queued within bounds, written together; deadlines on everything the peer may leave undone. The same
-/// class on both sides. What comes and goes in steady state allocates nothing.
+/// out, encoded, queued within bounds, written together; deadlines on everything the peer may leave undone. What a server
+/// has for a logged-on client in one turn of the loop goes out as a batch when that is smaller, and the client's session
+/// unpacks it: neither host sees batches. The same class on both sides. What comes and goes in steady state allocates nothing.
 ///
 /// Thread rule: one thread runs the io_context, and every call to its sessions is made on that thread, from an event or
 /// from a function posted to the io_context. Other threads push commands into a queue (QueueReader). Several threads
@@ -142,7 +146,8 @@ class TcpSession : public std::enable_shared_from_this<TcpSession> {
   /// @throws std::bad_alloc
   bool send(const PokerCommandI& command);
   /// As above for a finished frame, length slot included; one frame for many sessions is encoded once.
-  bool sendFrame(std::span<const std::uint8_t> frame);
+  /// @param canCompress  whether it may travel in a batch: what the command says of itself
+  bool sendFrame(std::span<const std::uint8_t> frame, bool canCompress = true);
 
   /// Ends the session with a last SrvErrorDisconnected: stops listening to the peer, sends what is queued, then closes.
   /// All within SessionLimits::lastWords. For servers.
@@ -191,10 +196,14 @@ class TcpSession : public std::enable_shared_from_this<TcpSession> {
   void read();
   void onRead(const std::error_code& failure, std::size_t received);
   void processFrames();
-  void processFrame(const Frame& frame, Time now);
+  void processFrame(std::span<const std::uint8_t> frame, Time now);
+  void processBatch(std::span<const std::uint8_t> frame);
+  CommandHandle<> judge(std::span<const std::uint8_t> frame);
+  void deliver(std::span<const std::uint8_t> frame);
   void protocolError(CloseReason reason, const DecodeError& error);
 
-  bool queue(std::span<const std::uint8_t> frame);
+  bool queue(std::span<const std::uint8_t> frame, bool canCompress);
+  void pack();
   void flushSoon();
   void flush();
   void write();
@@ -225,7 +234,8 @@ class TcpSession : public std::enable_shared_from_this<TcpSession> {
 
   StreamFramer framer_;
   TokenBucket bucket_;
-  std::vector<std::uint8_t> pending_;   // queued
+  std::vector<std::uint8_t> pending_;   // queued, of which
+  std::size_t packed_ = 0;              // so many bytes stay as they are
   std::vector<std::uint8_t> inFlight_;  // given to the system, of which
   std::size_t written_ = 0;             // so many bytes are through
 
@@ -238,6 +248,7 @@ class TcpSession : public std::enable_shared_from_this<TcpSession> {
   bool processing_ = false;  // frames are being handed to the host: what is sent meanwhile leaves together
   bool peerEnded_ = false;   // the end of the peer's stream has come
   bool shutDown_ = false;    // the end of ours is sent
+  bool packs_ = false;       // the peer takes batches by now
 
   // Deadlines; Time::max() for none.
   Time armed_ = Time::max();
