@@ -518,7 +518,7 @@ bool fitsAlone(const T& value) {
     return true;
 }
 
-/// The elements of a list without their count. Works on sequences (std::vector) and on sorted sets.
+/// The elements of a list without their count. Works on sequences (std::vector) and on sorted sets (std::set, FlatSet).
 template <class C>
 struct Elements {
   using Element = typename std::remove_const_t<C>::value_type;
@@ -543,6 +543,13 @@ struct Elements {
         }
         if (i == items.size()) items.emplace_back();
         codecOf(items[i]).read(in);
+      }
+    } else if constexpr (requires { items.adoptSpare(); }) {
+      items.clear();
+      items.reserve(possibleElements(in, count, CodecOf<Element>::minSize()));
+      for (std::uint32_t i = 0; i < count; ++i) {
+        codecOf(items.spare()).read(in);
+        items.adoptSpare();
       }
     } else {
       items.clear();
@@ -677,7 +684,8 @@ CountedCodec<Count, C> counted(C& items) {
   return CountedCodec<Count, C>(items);
 }
 
-/// A multimap whose rows hold their own key: the rows in key order, those with equal keys in the order of insertion.
+/// A multimap (std::multimap, FlatMultimap) whose rows hold their own key: the rows in key order, those with equal keys
+/// in the order of insertion.
 template <class Count, class M, class Key>
 struct RowsCodec : CodecBase {
   using Row = typename std::remove_const_t<M>::mapped_type;
