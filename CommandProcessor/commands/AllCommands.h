@@ -9,4 +9,5 @@
 #include <CommandProcessor/commands/lobby/LobbyCommands.h>
 #include <CommandProcessor/commands/session/SessionCommands.h>
 #include <CommandProcessor/commands/table/TableCommands.h>
+#include <CommandProcessor/commands/tournament/TournamentCommands.h>
 #include <CommandProcessor/wire/SrvCompressedCommands.h>

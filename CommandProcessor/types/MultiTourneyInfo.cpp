@@ -1,0 +1,9 @@
+#include <CommandProcessor/types/DbRecordImpl.h>
+#include <CommandProcessor/types/MultiTourneyInfo.h>
+
+namespace poker {
+
+template class Record<MultiTourneyInfo>;
+template class DbRecord<MultiTourneyInfo>;
+
+}  // namespace poker

@@ -1,0 +1,393 @@
+#include <CommandProcessor/commands/tournament/TournamentCommands.h>
+#include <CommandProcessor/types/DurationText.h>
+#include <CommandProcessor/types/FieldJson.h>
+#include <hostkit/CommandHandle.h>
+#include <tests/support/AllocationCounter.h>
+#include <tests/support/WireBytes.h>
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace poker::test {
+namespace {
+
+using TOUR_NAMES::SwitchType;
+using TOUR_NAMES::TourStatus;
+using TOUR_NAMES::TourType;
+
+RealMoneyType cents(std::int64_t count) { return RealMoneyType::fromHundredths(count); }
+const TourMoneyChooser kChoice(cents(3), cents(4), false);
+
+// ---- what players are told
+
+template <class T, class... Args>
+void expectReasons(const std::map<int, std::string>& texts, const Args&... args) {
+  for (int code = 0; code < 256; ++code) {
+    const auto known = texts.find(code);
+    EXPECT_EQ(make<T>(static_cast<typename T::Reason>(code), 7u, args...)->reasonStr(),
+              known != texts.end() ? known->second : "")
+        << code;
+  }
+}
+
+TEST(TournamentTexts, KeepEveryReasonByteForByte) {
+  expectReasons<SrvTourRegisterResult>({{1, "You are successfully registered."},
+                                        {2, R"(You need to enter a password for this private tournament
+ in order to register.)"},
+                                        {3, R"(The password you entered for this private
+tournament is not correct !)"},
+                                        {4, "You are already registered on this tournament."},
+                                        {5, "Tournament is already started!"},
+                                        {6, "Registration error!"},
+                                        {7, R"(You have reached your participation limit (taking part
+in several tournaments at the same time.)
+You can not register!)"},
+                                        {8, "You have reached your won tournaments limit. You can not register!"},
+                                        {9, "Sorry, you can't participate in this tournament."},
+                                        {10, R"(Registration error!
+For more information please contact @>SUPPORT<@)"}},
+                                       kChoice);
+  expectReasons<SrvTourUnregisterResult>(
+      {{1, "You are successfully unregistered."}, {2, "Tournament is already started!"}, {3, "Unable to unregister."}});
+  expectReasons<SrvTourProtectionError>({{1, R"(This tournament has strict password protection !
+You must register first in order to observe tournament room or tournament tables.)"}});
+}
+
+TEST(SrvTourStartInfo, TellsWhatIsWaitedFor) {
+  const auto text = [](int players, int seconds) { return make<SrvTourStartInfo>(players, seconds)->infoText(); };
+  const auto startsIn = [](int seconds) { return "The tournament will start in " + durationToString(seconds); };
+  const std::map<std::int64_t, std::string> waits = {
+      {0x7FFFFFFE, "The tournament is in time break. "},
+      {0x7FFFFFFC, "The tournament is suspended by the HOST. "},
+      {0, ""},
+      {INT32_MIN, ""},
+  };
+  for (const int seconds : {INT32_MIN, -1, 0, 1, 59, 90, INT32_MAX}) {
+    const std::string start = seconds > 0 ? startsIn(seconds) : "";
+    EXPECT_EQ(text(0x7FFFFFFF, seconds), "The table will resume when one of the players returns.");
+    EXPECT_EQ(text(0x7FFFFFFD, seconds), "The table will start in " + durationToString(seconds));
+    for (const auto& [players, wait] : waits) EXPECT_EQ(text(static_cast<int>(players), seconds), wait + start);
+  }
+  EXPECT_EQ(text(3, 90),
+            "The tournament will start when another 3 player(s) register.After 90seconds (1 min)" + startsIn(90));
+  EXPECT_EQ(text(1, 59),
+            "The tournament will start when another 1 player(s) register.After 59seconds (0 min)" + startsIn(59));
+  EXPECT_EQ(
+      text(0x7FFFFFFB, 120),
+      "The tournament will start when another 2147483643 player(s) register.After 120seconds (2 min)" + startsIn(120));
+  EXPECT_EQ(text(1, 0), "The tournament will start when one more player registers.");
+  EXPECT_EQ(text(2, -1), "The tournament will start when another 2 players register.");
+  EXPECT_EQ(text(4, 0), "The tournament will start when another 4 players register.");
+}
+
+TEST(SrvTourStartInfo, KnowsItsSpecialCounts) {
+  const auto states = [](int players, int seconds) {
+    const auto info = make<SrvTourStartInfo>(players, seconds);
+    return std::vector<bool>{info->isBreak(), info->isSuspended(), info->shouldStay()};
+  };
+  for (const int seconds : {0, 5, -1}) {
+    EXPECT_EQ(states(0x7FFFFFFF, seconds), std::vector<bool>({false, false, false}));
+    EXPECT_EQ(states(0x7FFFFFFE, seconds), std::vector<bool>({true, false, true}));
+    EXPECT_EQ(states(0x7FFFFFFD, seconds), std::vector<bool>({false, false, true}));
+    EXPECT_EQ(states(0x7FFFFFFC, seconds), std::vector<bool>({false, seconds == 0, false}));
+    EXPECT_EQ(states(3, seconds), std::vector<bool>({false, false, false}));
+  }
+  const auto info = make<SrvTourStartInfo>(SrvTourStartInfo::HostBreakSpecialPlayerCountValue, 5);
+  info->setSeconds(0);
+  EXPECT_TRUE(info->isSuspended());
+}
+
+TEST(SrvGetExtraMoneyReply, KeepsEveryTextByteForByte) {
+  using Reply = SrvGetExtraMoneyReply;
+  for (const int type : {0, 1, 2, 255}) {
+    const std::string kind = type == 1 ? "Re-Buy" : "Add-On";
+    const std::map<int, std::string> texts = {
+        {0, "Sorry, your " + kind + " was not completed successfully."},
+        {1, "Your " + kind + " was successfully completed."},
+        {2, "Sorry, your " + kind + " was not completed successfully."},
+        {3, "\nSorry, you cannot make " + std::string(type == 1 ? "a Re-Buy" : "an Add-On") +
+                " this late in the tournament."},
+        {4, "\nSorry, you do not have any Re-Buys left"},
+        {5, "\nSorry, you do not have enough money."},
+        {6, "Sorry, you cannot rebuy until your balance goes below the starting amount."},
+        {7, "Sorry, you cannot rebuy until the tournaments starts."},
+        {8, "Sorry, " + kind +
+                " is not allowed once a player has been awarded a prize. Contact the HOST for more information."},
+    };
+    for (int reason = 0; reason < 256; ++reason) {
+      for (const std::uint32_t rebuys : {0u, 1u, 3u, 4294967295u}) {
+        const auto reply = make<Reply>(Reply::RequestType(type), Reply::Reason(reason), rebuys, false);
+        const auto known = texts.find(reason);
+        std::string text = known != texts.end() ? known->second : "";
+        EXPECT_EQ(reply->reasonToString(true), text) << reason << ' ' << type;
+        if (type == 1 && reason == 1 && rebuys == 1) text += "\nYou have 1 Re-Buy left";
+        if (type == 1 && reason == 1 && rebuys > 1) text += "\nYou have " + std::to_string(rebuys) + " Re-Buys left";
+        EXPECT_EQ(reply->reasonToString(false), text) << reason << ' ' << type << ' ' << rebuys;
+      }
+    }
+  }
+  for (const bool flag : {false, true}) {
+    const auto reply = make<Reply>(Reply::RequestType::AddOn, Reply::Reason::Done, 2u, flag);
+    EXPECT_EQ(reply->rebuyInAdvance(), flag);
+    EXPECT_EQ(reply->showAddonBtn(), flag);
+  }
+}
+
+TEST(SrvTourTourneyStatus, NamesTheStatusForLogs) {
+  const char* const names[] = {"None",
+                               "Tourney_NotStarted",
+                               "Tourney_NotStarted",
+                               "Tourney_Prestarted",
+                               "Tourney_Started",
+                               "Tourney_Suspend",
+                               "Tourney_Finished",
+                               ""};
+  for (int status = 0; status < 256; ++status) {
+    EXPECT_EQ(make<SrvTourTourneyStatus>(TourStatus(status), 4000000000u)->toString(),
+              std::string("SrvTourTourneyStatus - tournament 4000000000: ") + names[std::min(status, 7)]);
+  }
+}
+
+// ---- which tournament a client means
+
+/// The place of a virtual operation in its class's table, in bytes.
+template <class Operation>
+std::ptrdiff_t slotOf(Operation operation) {
+  std::ptrdiff_t words[2];
+  static_assert(sizeof words == sizeof operation);
+  std::memcpy(words, &operation, sizeof words);
+  return words[0];
+}
+
+TEST(ClientTourCommandBase, TellsTheTournamentInTheSlotBehindProcess) {
+  EXPECT_EQ(
+      slotOf(&ClientTourCommandBase::tournamentId) - slotOf(&PokerCommandTmpl<ClientTourCmdProcessorType>::process),
+      static_cast<std::ptrdiff_t>(sizeof(void*)));
+
+  const auto idOf = [](const ClientTourCommandBase& command) { return command.tournamentId(); };
+  using Request = ExtraMoneyRequest;
+  EXPECT_EQ(idOf(*make<ClGetTournamentsInfo>(TourType::MultiTable, 5u)), 0u);
+  EXPECT_EQ(idOf(*make<ClGetTourDetails>(7u, 5u)), 7u);
+  EXPECT_EQ(idOf(*make<ClGetMultiInitializeInfo>(7u)), 7u);
+  EXPECT_EQ(idOf(*make<ClGetUpdateInfo>(1u, 2u, 3u, 7u, 5u, 6u)), 7u);
+  EXPECT_EQ(idOf(*make<ClUnsubscribeClient>(7u)), 7u);
+  EXPECT_EQ(idOf(*make<ClSubscribeForTable>(5u, 7u)), 7u);
+  EXPECT_EQ(idOf(*make<ClGetTourTableInfo>(7u, 5u)), 7u);
+  EXPECT_EQ(idOf(*make<ClTourUnregister>(7u)), 7u);
+  EXPECT_EQ(make<ClTourUnregister>(7u)->tourID(), 7u);
+  EXPECT_EQ(idOf(*make<ClTourRegister>(7u, kChoice, "pw")), 7u);
+  EXPECT_EQ(idOf(*make<ClGetTourMoney>(7u)), 7u);
+  EXPECT_EQ(idOf(*make<ClMoveMe2MyTable>(7u, 5u)), 7u);
+  EXPECT_EQ(idOf(*make<ClGetExtraMoney>(Request::Rebuy, true, 5u, 7u, kChoice)), 7u);
+}
+
+TEST(ClBigInfoSent, KeepsTheTournamentAtHome) {
+  const auto command = make<ClBigInfoSent>(7u);
+  EXPECT_EQ(command->tournamentId(), 7u);
+  EXPECT_EQ(toHex(encode(*command)), "88 04");
+  ASSERT_EQ(decode(*command, {}), "");
+  EXPECT_EQ(command->tournamentId(), 0u);
+}
+
+TEST(ClGetTournamentsInfo, AsksForTheFirstKindUnlessTold) {
+  CachedCmdCreator<ClGetTournamentsInfo>::clearCache();  // so that it is constructed
+  const auto command = CommandHandle<ClGetTournamentsInfo>::create();
+  EXPECT_EQ(toHex(encode(*command)), "7D 04 01 00 00 00 00");
+}
+
+// ---- what the golden lines, which name each field, cannot see
+
+TEST(TournamentInits, PutLikeArgumentsInTheirOwnFields) {
+  const std::string choice = R"({"cash":"0.03","tourMoney":"0.04","chosen":false})";
+  EXPECT_EQ(fieldsToJson(*make<ClGetUpdateInfo>(1u, 2u, 3u, 4u, 5u, 6u)),
+            R"({"tablesVer":1,"playersVer":2,"textVer":3,"tournamentId":4,"prizeVersion":5,"fundVer":6})");
+  EXPECT_EQ(fieldsToJson(*make<ClGetExtraMoney>(ExtraMoneyRequest::AddOn, true, 3u, 4u, kChoice)),
+            R"({"rebuys":3,"state":true,"tournamentId":4,"type":2,"moneyChooser":)" + choice + "}");
+  EXPECT_EQ(fieldsToJson(*make<SrvLevelSwitch>(cents(1), cents(2), std::int16_t{3}, 4, SwitchType{5}, true)),
+            R"({"lowBet":"0.01","highBet":"0.02","level":3,"units":4,"switchType":5,"switching":true})");
+  const auto price = [](int cash) { return TourMoneyType(cents(cash), cents(cash + 1)); };
+  EXPECT_EQ(fieldsToJson(*make<SrvTourMoney>(price(1), price(3), price(5), 7u)),
+            R"({"buyIn":{"cash":"0.01","tourMoney":"0.02"},"fee":{"cash":"0.03","tourMoney":"0.04"},)"
+            R"("total":{"cash":"0.05","tourMoney":"0.06"},"tourID":7})");
+  EXPECT_EQ(price(1) + price(3), TourMoneyType(cents(4), cents(6)));
+  EXPECT_EQ(fieldsToJson(*make<SrvUpdatePrizeFund>(3u, PrizeFundInfo(), 4u)),
+            R"({"fund":{"texts":[],"summary":""},"version":3,"tourID":4})");
+  EXPECT_EQ(fieldsToJson(*make<SrvUpdatePrizeDescr>(PrizeSchemeInfoMap(), 3u, 4u)),
+            R"({"prizes":{"isFinal":false,"rows":[]},"tourID":3,"prizeVersion":4})");
+  const auto picture = make<SrvMultiTourInitialize>(MultiTourTablesInfo(), MultiTourPlayersInfo(), MultiTourTextInfo(),
+                                                    3u, PrizeSchemeInfoMap(), PrizeFundInfo(), 4u, 5u);
+  EXPECT_EQ(picture->tourID(), 3u);
+  EXPECT_EQ(picture->prizeVersion(), 4u);
+  EXPECT_EQ(picture->getFundVersion(), 5u);
+}
+
+TEST(TournamentGetters, ReturnTheFieldThatTheyName) {
+  const auto versions = make<ClGetUpdateInfo>(1u, 2u, 3u, 4u, 5u, 6u);
+  EXPECT_EQ(versions->getTablesVer(), 1u);
+  EXPECT_EQ(versions->getPlayersVer(), 2u);
+  EXPECT_EQ(versions->getTextVer(), 3u);
+  EXPECT_EQ(versions->prizeVersion(), 5u);
+  EXPECT_EQ(versions->getFundVer(), 6u);
+  const auto level = make<SrvLevelSwitch>(cents(1), cents(2), std::int16_t{-1}, 4, SwitchType::ByHands, true);
+  EXPECT_EQ(level->getLowBet(), cents(1));
+  EXPECT_EQ(level->getHiBet(), cents(2));
+  ASSERT_EQ(decode(*level, bodyOf(*level)), "");
+  EXPECT_EQ(level->getLevel(), -1);
+  EXPECT_EQ(level->getUnits(), 4);
+  const auto cost = make<SrvTourMoney>(TourMoneyType(cents(1), cents(1)), TourMoneyType(cents(2), cents(2)),
+                                       TourMoneyType(cents(3), cents(3)), 4u);
+  EXPECT_EQ(cost->getBuyIn().cash, cents(1));
+  EXPECT_EQ(cost->getFee().cash, cents(2));
+  EXPECT_EQ(cost->getTotal().cash, cents(3));
+  const auto summary =
+      make<SrvMultiTourDetailedInfo>(MultiTourMoneyInfo(), MultiStartInfo(), MultiTourneyInfo(), 1u, 2u, true);
+  summary->tourID() = 9;
+  summary->getTourInfo().tables = 8;
+  summary->getStartInfo().starts = "now";
+  summary->getMoneyInfo().fee = kChoice;
+  EXPECT_EQ(toHex(bodyOf(*summary)),
+            "00 00 00 00 00 00 00 00 01 00 00 00 00 00 00 00 00 01 00 00 00 00 00 00 00 00 01 "
+            "00 03 00 00 00 00 00 00 00 04 00 00 00 00 00 00 00 00 00 00 6E 6F 77 00 "
+            "00 00 00 00 00 00 00 00 00 00 00 00 08 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 "
+            "09 00 00 00 02 00 00 00 01");
+}
+
+TEST(SrvUpdatePlayersMoney, StartsWithoutThePlayersOfItsEarlierUse) {
+  const auto command = make<SrvUpdatePlayersMoney>(5u, 7u);
+  command->addPlayer("Ann", cents(100));
+  command->addPlayer("Bo", cents(-1));
+  EXPECT_EQ(command->getPlayers()[1].name, "Bo");
+  command->init(6, 8);
+  EXPECT_EQ(toHex(bodyOf(*command)), "06 00 00 00 08 00 00 00 00 00 00 00");
+  command->addPlayer("", cents(0));
+  EXPECT_EQ(toHex(bodyOf(*command)).substr(24), "01 00 00 00 00 00 00 00 00 00 00 00 00");
+}
+
+TEST(ClTourRegister, MasksAndWipesThePassword) {
+  const auto command = make<ClTourRegister>(7u, TourMoneyChooser(), "a password that no short string holds");
+  EXPECT_EQ(fieldsToJson(*command).find("short"), std::string::npos);
+  const volatile char* const memory = command->password().data();
+  command->wipeSecrets();
+  EXPECT_EQ(command->password(), "");
+  for (int i = 0; i < 37; ++i) ASSERT_EQ(memory[i], 0) << i;
+  EXPECT_EQ(command->tournamentId(), 7u);
+}
+
+// ---- records
+
+TournamentsInfo someTournaments() {
+  TournamentsInfo info;
+  TourListEntry& entry = info.tournaments.emplace_back();
+  entry.name = "M\xFCnchen";
+  entry.starts = COleDateTime(44000.75);
+  entry.cost.buyIn = kChoice;
+  entry.cost.currency = {'E', 'U', 'R', 0};
+  entry.status = TourStatus{99};
+  entry.skin = {0, 255};
+  info.removedTournaments = {3, 1, 3};
+  info.finished = 65535;
+  return info;
+}
+
+PrizeSchemeInfoMap somePrizes() {
+  PrizeSchemeInfoMap prizes;
+  PrizeSchemeInfoRow row;
+  for (const int place : {2, 1, 2, 1}) {
+    row.place = place;
+    row.amount += 1;
+    prizes.add(row);
+  }
+  prizes.setFinal(true);
+  return prizes;
+}
+
+TEST(PrizeSchemeInfoMap, KeepsThePrizesOfAPlaceInTheirOrder) {
+  PrizeSchemeInfoMap prizes = somePrizes();
+  std::string amounts;
+  for (const auto& [place, row] : prizes.rows()) amounts += std::to_string(place) + ':' + row.amount.toString() + ' ';
+  EXPECT_EQ(amounts, "1:2 1:4 2:1 2:3 ");
+  ASSERT_EQ(decode(prizes, hex("00 00 00 00 00")), "");
+  EXPECT_TRUE(prizes.rows().empty());
+  EXPECT_FALSE(prizes.isFinal()) << "the flag is read though there are no prizes";
+}
+
+template <class T>
+void expectStored(const T& record) {
+  T read;
+  read.fromDbText(record.toDbText());
+  EXPECT_EQ(toHex(encode(read)), toHex(encode(record)));
+  EXPECT_THROW(read.fromDbText(R"({"another":1})"), DbTextError);
+  EXPECT_EQ(encode(read), encode(record)) << "changed by a text that is none of its own";
+  const DbSerializableI& stored = read;
+  EXPECT_EQ(stored.toDbText(), record.toDbText());
+}
+
+TEST(TournamentRecords, AreReadBackFromADatabaseAsTheyTravel) {
+  const TournamentsInfo tournaments = someTournaments();
+  expectStored(tournaments);
+  expectStored(tournaments.tournaments[0]);
+  expectStored(tournaments.tournaments[0].cost);
+  TournamentDetailedInfo details;
+  details.players.emplace_back().player.name = "An\"n";
+  details.players[0].money = cents(-5);
+  expectStored(details);
+  expectStored(details.players[0]);
+  expectStored(details.players[0].player);
+  MultiTourTablesInfo tables;
+  tables.tables.emplace_back().largestStack = cents(INT64_MAX);
+  tables.removedTables = {9, 4294967295u, 1};
+  expectStored(tables);
+  expectStored(tables.tables[0]);
+  MultiTourPlayersInfo players;
+  players.players.emplace_back().player.city = "\xFF";
+  players.removedPlayers = {"b", "a", ""};
+  expectStored(players);
+  expectStored(players.players[0]);
+  MultiTourTextInfo texts;
+  texts.texts.set(MultiTourText::Rules, "one\ntwo");
+  texts.texts.set(MultiTourText{255}, "");
+  expectStored(texts);
+  PrizeFundInfo fund;
+  fund.texts.set(PrizeFundText::Added, "$5");
+  expectStored(fund);
+  expectStored(somePrizes());
+  expectStored(somePrizes().rows().begin()->second);
+  MultiTourMoneyInfo money;
+  money.fee = kChoice;
+  money.addOn = TourMoneyChooser(cents(1), cents(0), true);
+  expectStored(money);
+  MultiStartInfo start;
+  start.registrationEnds = "soon";
+  expectStored(start);
+  MultiTourneyInfo numbers;
+  numbers.addOns = 4294967295u;
+  expectStored(numbers);
+}
+
+TEST(TournamentRecords, RefuseCountsBeyondTheirBytesInLittleMemory) {
+  const auto refuse = [](auto record, const std::string& counts) {
+    for (const char* fill : {"00", "01", "FF"}) {
+      Bytes bytes = hex(counts);
+      for (int i = 0; i < 20000; ++i) bytes.push_back(hex(fill)[0]);
+      const AllocationCounter memory;
+      EXPECT_TRUE(isReadMessage(decode(record, bytes))) << counts << fill;
+      EXPECT_LE(memory.peak(), decodeBudget(bytes.size())) << counts << fill;
+    }
+  };
+  refuse(MultiTourTablesInfo(), "FF FF FF FF 00 00 00 00");
+  refuse(MultiTourTablesInfo(), "00 00 00 00 FF FF FF FF");
+  refuse(MultiTourTablesInfo(), "FF FF FF 7F FF FF FF 7F");
+  refuse(MultiTourPlayersInfo(), "FF FF FF FF 00 00 00 00");
+  refuse(MultiTourPlayersInfo(), "00 00 00 00 FF FF FF FF");
+  refuse(PrizeSchemeInfoMap(), "01 FF FF FF 7F");
+  refuse(MultiTourTextInfo(), "FF FF");
+  refuse(TournamentsInfo(), "00 00 00 00 00 00 00 00 00 00 00 00 01 FF FF");
+  refuse(TournamentsInfo(), "00 00 00 00 00 00 00 00 00 00 00 00 01 00 00 FF FF");
+}
+
+}  // namespace
+}  // namespace poker::test
