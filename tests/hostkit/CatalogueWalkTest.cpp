@@ -1,0 +1,136 @@
+// Every class of the catalogue, from its pool to its handler, with values that nobody has thought of.
+
+#include <CommandProcessor/core/ClientCmdProcessor.h>
+#include <CommandProcessor/core/ClientMiscCmdProcessor.h>
+#include <CommandProcessor/core/ClientTourCmdProcessor.h>
+#include <CommandProcessor/core/CmdDispatcher.h>
+#include <CommandProcessor/core/SrvCmdProcessor.h>
+#include <CommandProcessor/core/SrvTourCmdProcessor.h>
+#include <CommandProcessor/types/FieldJson.h>
+#include <gtest/gtest.h>
+#include <hostkit/CommandFactory.h>
+#include <hostkit/Decode.h>
+#include <hostkit/Results.h>
+#include <inspect/CommandFields.h>
+
+#include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include <tests/support/RandomFields.h>
+#include "HostKitUse.h"
+
+namespace poker::test {
+namespace {
+
+template <class Handler>
+struct Arguments;
+template <class Processor, class... Args>
+struct Arguments<void (Processor::*)(Args...)> {
+  using Types = std::tuple<Args...>;
+};
+template <auto handler, std::size_t I>
+using Argument = std::tuple_element_t<I, typename Arguments<decltype(handler)>::Types>;
+
+/// Both hosts in one: writes down which handler was called with which object.
+struct Recorder final : ClientCmdProcessor,
+                        SrvCmdProcessor,
+                        ClientTourCmdProcessor,
+                        SrvTourCmdProcessor,
+                        ClientMiscCmdProcessor {
+  Recorder() {
+    dispatcher.registerClientCmdProcessor(*this);
+    dispatcher.registerSrvCmdProcessor(*this, true);
+    dispatcher.registerClientTourCmdProcessor(*this);
+    dispatcher.registerSrvTourCmdProcessor(*this, true);
+    dispatcher.registerClientMiscCmdProcessor(*this, true);
+  }
+
+  bool processCommand(PokerCommandTmpl<ClientCmdProcessorType>& command) override {
+    return process<ClientCmdProcessor>(command);
+  }
+  bool processCommand(PokerCommandTmpl<SrvCmdProcessorType>& command) override {
+    return process<SrvCmdProcessor>(command);
+  }
+  bool processCommand(PokerCommandTmpl<ClientTourCmdProcessorType>& command) override {
+    return process<ClientTourCmdProcessor>(command);
+  }
+  bool processCommand(PokerCommandTmpl<SrvTourCmdProcessorType>& command) override {
+    return process<SrvTourCmdProcessor>(command);
+  }
+  void processCommand(PokerCommandTmpl<ClientMiscCmdProcessorType>& command) override {
+    process<ClientMiscCmdProcessor>(command);
+  }
+
+#define COMMAND(FAMILY, CODE, CLASS, PROCESSOR, HANDLER)                                              \
+  void HANDLER(Argument<&PROCESSOR::HANDLER, 0>, Argument<&PROCESSOR::HANDLER, 1> command) override { \
+    calls.emplace_back(#CLASS, &command);                                                             \
+  }
+#define MISC_COMMAND(CODE, CLASS, HANDLER) \
+  void HANDLER(Argument<&ClientMiscCmdProcessor::HANDLER, 0> command) override { calls.emplace_back(#CLASS, &command); }
+#define UNHANDLED_COMMAND(FAMILY, CODE, CLASS, PROCESSOR)
+#include <CommandProcessor/core/CommandList.inc>
+
+  template <class Processor, class Command>
+  bool process(Command& command) {
+    typename Processor::Results results;
+    command.process(results, static_cast<Processor&>(*this));
+    ResultsGuard release(results);  // the library answers one command by itself
+    return true;
+  }
+
+  CmdDispatcher dispatcher;
+  std::vector<std::pair<std::string, const void*>> calls;
+};
+
+std::string shown(const PokerCommandI& command) {
+  FieldsToJson json(JsonSecrets::kShow);
+  CommandFields::of(command)->visit(command, json);
+  return json.take();
+}
+
+TEST(Catalogue, IsWholeAndEveryClassGoesItsWayFromThePoolToItsHandler) {
+  Recorder recorder;
+  for (const CommandClass& row : CommandFactory::classes()) {
+    SCOPED_TRACE(row.name());
+    const CommandFields* fields = CommandFields::of(row.name());
+    ASSERT_TRUE(row.create != nullptr && fields != nullptr) << "the class is missing";
+    for (std::uint64_t round = 0; round < 200; ++round) {
+      const CommandHandle<> sent(row.create());
+      RandomFields values(round * 256 + row.code());
+      fields->assign(*sent, values);
+      ASSERT_TRUE(row.fitsOnWire(*sent));
+      const Bytes bytes = frameOf(*sent);
+
+      CommandHandle<> received;
+      if (row.travels && row.name() != "ClMiscDumpManager") {
+        DecodeResult decoded = decodeCommand(std::span(bytes).subspan(4), {row.direction(), true, false});
+        ASSERT_TRUE(decoded) << decoded.error.toString();
+        received = std::move(decoded.command);
+        ASSERT_EQ(CommandFactory::find(*received), &row);
+      } else {  // handed over inside the process, as a clone
+        received = CommandHandle<>(*sent->clone());
+      }
+      const CommandHandle<> clone(*received->clone());
+      ASSERT_EQ(shown(*clone), shown(*received));
+      if (row.name() != "SrvPing") {  // which tells the time
+        ASSERT_EQ(toHex(frameOf(*received)), toHex(bytes));
+        EXPECT_TRUE(values.someAbsent() || shown(*received) == shown(*sent)) << shown(*received);
+      }
+
+      recorder.calls.clear();
+      EXPECT_TRUE(recorder.dispatcher.dispatchCommand(*received));
+      if (row.description->handler.empty()) {
+        EXPECT_TRUE(recorder.calls.empty());
+      } else {
+        ASSERT_EQ(recorder.calls.size(), 1u);
+        EXPECT_EQ(recorder.calls[0].first, row.name());
+        EXPECT_EQ(recorder.calls[0].second, received.get());
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace poker::test
