@@ -26,12 +26,12 @@ struct COMMANDPROCESSOR_API PromoHighHand {
 
 /// A promotion that rewards the highest hands.
 ///
-///     promoID (32 bits), title (string), secondsLeft (32 bits), cardsToBeat (CardVector), count (16 bits), then each
+///     promoID (32 bits), title (string), handsLeft (32 bits), cardsToBeat (CardVector), count (16 bits), then each
 ///     PromoHighHand
 struct COMMANDPROCESSOR_API PromoHighHandInfo : Record<PromoHighHandInfo> {
   std::uint32_t promoID = 0;
   std::string title;
-  std::uint32_t secondsLeft = 0;      ///< 0 when it is finished
+  std::uint32_t handsLeft = 0;        ///< hands of the house that are still to be played; 0 when it is finished
   CardVector cardsToBeat;             ///< the hand that a new one must beat; empty when any hand counts
   SteadyVector<PromoHighHand> hands;  ///< the highest first; at most 65,535 can travel
 
@@ -40,7 +40,7 @@ struct COMMANDPROCESSOR_API PromoHighHandInfo : Record<PromoHighHandInfo> {
   static void fields(auto& self, auto&& field) {
     field("promoID", self.promoID);
     field("title", self.title);
-    field("secondsLeft", self.secondsLeft);
+    field("handsLeft", self.handsLeft);
     field("cardsToBeat", self.cardsToBeat);
     field("hands", wire::list<std::uint16_t>(self.hands));
   }

@@ -18,7 +18,8 @@ class COMMANDPROCESSOR_API SrvPromoNotify final : public Command<SrvPromoNotify>
   };
 
   /// @param targetTables  how many tables take part; 0 is all of them
-  /// @param rest          seconds until it begins (Announced) or ends (Started, Running); below zero when nobody knows
+  /// @param rest          hands of the house until it begins (Announced) or ends (Started, Running), 0 when it is
+  ///                      Finished; below zero when nobody knows
   void init(NotifyID notifyID, unsigned targetTables, int rest);
 
   NotifyID getNotifyID() const { return notifyID_; }
