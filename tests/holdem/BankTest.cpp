@@ -1,3 +1,5 @@
+#include "TempFolder.h"
+
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <examples/holdem/server/bank/Bank.h>
 #include <gmock/gmock.h>
@@ -22,6 +24,7 @@
 namespace poker::holdem {
 namespace {
 
+using test::TempFolder;
 using testing::HasSubstr;
 using testing::ThrowsMessage;
 
@@ -29,18 +32,6 @@ constexpr RealMoneyType cents(std::int64_t count) { return RealMoneyType::fromHu
 
 /// Cheap passwords: what they cost is nothing that a test needs.
 BankSettings settings(const std::string& file = ":memory:") { return {file, 1}; }
-
-struct TempFolder {
-  TempFolder() {
-    std::string name = std::filesystem::temp_directory_path() / "bank-XXXXXX";
-    if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no folder for temporary files");
-    path = name;
-  }
-  ~TempFolder() { std::filesystem::remove_all(path); }
-  std::string file(const char* name) const { return path / name; }
-
-  std::filesystem::path path;
-};
 
 std::string bytesOf(const std::string& file) {
   std::ifstream in(file, std::ios::binary);

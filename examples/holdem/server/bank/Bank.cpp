@@ -1,13 +1,12 @@
 #include <examples/holdem/server/bank/Bank.h>
 
-#include <SQLiteCpp/SQLiteCpp.h>
+#include <examples/holdem/server/bank/Query.h>
 #include <fcntl.h>
-#include <fmt/format.h>
 #include <sqlite3.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <concepts>
+#include <iterator>
 #include <system_error>
 
 namespace poker::holdem {
@@ -15,11 +14,12 @@ namespace {
 
 /// Marks a database as a bank's, in its header.
 constexpr int kApplicationID = 0x504B4231;
-constexpr int kSchemaVersion = 1;
 constexpr std::size_t kLongestEmail = 254;
+/// What a new account begins with, among the gifts.
+constexpr const char* kWelcome = "Welcome";
 
 // Money is in hundredths.
-constexpr const char* kSchema = R"sql(
+constexpr const char* kMoneyAndHands = R"sql(
   CREATE TABLE account(
     id INTEGER PRIMARY KEY AUTOINCREMENT,
     name TEXT NOT NULL UNIQUE COLLATE NOCASE,
@@ -55,6 +55,51 @@ constexpr const char* kSchema = R"sql(
   INSERT INTO house VALUES(1, 0);
 )sql";
 
+// Times are in seconds since 1970; 0 is not known, as of accounts that were there before. Birth dates are as a client
+// tells them: days since 1899-12-30, and 0 for none. A promotion without hands left is over.
+constexpr const char* kMembersAndPromotions = R"sql(
+  ALTER TABLE account ADD COLUMN opened INTEGER NOT NULL DEFAULT 0;
+  ALTER TABLE account ADD COLUMN last_visit INTEGER NOT NULL DEFAULT 0;
+  CREATE TABLE gift(
+    id INTEGER PRIMARY KEY,
+    account INTEGER NOT NULL REFERENCES account,
+    amount INTEGER NOT NULL CHECK(amount > 0),
+    reason TEXT NOT NULL
+  ) STRICT;
+  CREATE INDEX gift_of ON gift(account);
+  INSERT INTO gift(account, amount, reason) SELECT id, issued, 'Welcome' FROM account WHERE issued > 0 ORDER BY id;
+  CREATE TABLE profile(
+    account INTEGER PRIMARY KEY REFERENCES account,
+    real_name TEXT NOT NULL,
+    city TEXT NOT NULL,
+    country TEXT NOT NULL,
+    occupation TEXT NOT NULL,
+    hobbies TEXT NOT NULL,
+    favourite_game TEXT NOT NULL,
+    birth_date INTEGER NOT NULL,
+    about_me TEXT NOT NULL
+  ) STRICT;
+  CREATE TABLE picture(
+    account INTEGER PRIMARY KEY REFERENCES account,
+    code TEXT NOT NULL,
+    image BLOB NOT NULL
+  ) STRICT;
+  CREATE TABLE promotion(
+    id INTEGER PRIMARY KEY AUTOINCREMENT,
+    prize INTEGER NOT NULL CHECK(prize > 0),
+    hands INTEGER NOT NULL CHECK(hands > 0),
+    hands_left INTEGER NOT NULL CHECK(hands_left BETWEEN 0 AND hands),
+    holder INTEGER REFERENCES account,
+    hand INTEGER REFERENCES hand,
+    cards TEXT
+  ) STRICT;
+)sql";
+
+// Each step brings a bank to the next version, a new file to the newest. A step is never changed: there are banks that have
+// made it.
+constexpr const char* kSchemaSteps[] = {kMoneyAndHands, kMembersAndPromotions};
+constexpr auto kSchemaVersion = static_cast<int>(std::size(kSchemaSteps));
+
 /// The file holds password hashes and addresses: when it is new, it is made for its owner alone. SQLite gives its
 /// companions the same rights.
 void createFile(const std::string& file) {
@@ -76,7 +121,7 @@ SQLite::Database openDatabase(const std::string& file) {
   const bool isNew = database.execAndGet("SELECT count(*) FROM sqlite_schema").getInt() == 0;
   if (!isNew && application != kApplicationID)
     throw BankError(fmt::format("{} is the database of something else", file));
-  if (!isNew && version != kSchemaVersion) {
+  if (!isNew && (version < 1 || version > kSchemaVersion)) {
     throw BankError(
         fmt::format("{} has version {} of the bank; this server knows version {}", file, version, kSchemaVersion));
   }
@@ -88,10 +133,8 @@ SQLite::Database openDatabase(const std::string& file) {
   database.exec("PRAGMA synchronous = NORMAL; PRAGMA foreign_keys = ON");
 
   SQLite::Transaction transaction(database, SQLite::TransactionBehavior::EXCLUSIVE);
-  if (isNew) {
-    database.exec(kSchema);
-    database.exec(fmt::format("PRAGMA application_id = {}; PRAGMA user_version = {}", kApplicationID, kSchemaVersion));
-  }
+  for (int step = isNew ? 0 : version; step < kSchemaVersion; ++step) database.exec(kSchemaSteps[step]);
+  database.exec(fmt::format("PRAGMA application_id = {}; PRAGMA user_version = {}", kApplicationID, kSchemaVersion));
   transaction.commit();
   return database;
 }
@@ -107,50 +150,8 @@ std::string whyNotOpened(const std::string& file, const SQLite::Exception& error
   }
 }
 
-std::int64_t sqlValue(RealMoneyType amount) { return amount.hundredths(); }
-std::int64_t sqlValue(SeatID seat) { return seat.value(); }
-std::int64_t sqlValue(AccountID account) { return static_cast<std::int64_t>(account); }
-std::int64_t sqlValue(std::integral auto number) { return static_cast<std::int64_t>(number); }
-const std::string& sqlValue(const std::string& text) { return text; }
-
-/// One use of a prepared statement, which is ready for the next one afterwards, also when this one failed.
-class Query {
- public:
-  template <class... Values>
-  explicit Query(SQLite::Statement& statement, const Values&... values) : statement_(statement) {
-    [[maybe_unused]] int position = 0;
-    (statement_.bind(++position, sqlValue(values)), ...);
-  }
-  ~Query() { statement_.tryReset(); }
-  Query(const Query&) = delete;
-  Query& operator=(const Query&) = delete;
-
-  /// For what changes something.
-  /// @return how many rows
-  int run() { return statement_.exec(); }
-  /// @return false when there are no more rows
-  bool next() { return statement_.executeStep(); }
-
-  std::int64_t number(int column) const { return statement_.getColumn(column).getInt64(); }
-  RealMoneyType money(int column) const { return RealMoneyType::fromHundredths(number(column)); }
-  AccountID account(int column) const { return AccountID{number(column)}; }
-  std::string text(int column) const { return statement_.getColumn(column).getString(); }
-
- private:
-  SQLite::Statement& statement_;
-};
-
-/// Calls `body`; an error of the database or of a password's hash becomes ours.
-template <class Body>
-auto guarded(const char* what, Body body) {
-  const auto fail = [&](const std::exception& error) { return BankError(fmt::format("{}: {}", what, error.what())); };
-  try {
-    return body();
-  } catch (const SQLite::Exception& error) {
-    throw fail(error);
-  } catch (const std::system_error& error) {
-    throw fail(error);
-  }
+[[noreturn]] void throwNoAccount(AccountID account) {
+  throw BankError(fmt::format("there is no account {}", sqlValue(account)));
 }
 
 [[noreturn]] void throwHasNoSeat(AccountID account) {
@@ -189,11 +190,17 @@ struct Bank::Store {
   SQLite::Database database;
 
   Statement openAccount{database,
-                        "INSERT INTO account(name, password, email, issued, balance) VALUES(?1, ?2, ?3, ?4, ?4)"};
+                        "INSERT INTO account(name, password, email, issued, balance, opened) "
+                        "VALUES(?1, ?2, ?3, ?4, ?4, unixepoch())"};
   Statement findAccount{database, "SELECT id, name, password, balance FROM account WHERE name = ?1"};
   Statement balance{database, "SELECT balance FROM account WHERE id = ?1"};
   Statement withdraw{database, "UPDATE account SET balance = balance - ?2 WHERE id = ?1 AND balance >= ?2"};
   Statement deposit{database, "UPDATE account SET balance = balance + ?2 WHERE id = ?1"};
+
+  Statement addGift{database, "INSERT INTO gift(account, amount, reason) VALUES(?1, ?2, ?3)"};
+  Statement issue{database, "UPDATE account SET issued = issued + ?2, balance = balance + ?2 WHERE id = ?1"};
+  Statement issued{database, "SELECT issued FROM account WHERE id = ?1"};
+  Statement gifts{database, "SELECT amount, reason FROM gift WHERE account = ?1 ORDER BY id DESC LIMIT ?2"};
 
   Statement takeSeat{database, "INSERT INTO seat(account, game, seat, stack) VALUES(?1, ?2, ?3, ?4)"};
   Statement addToStack{database, "UPDATE seat SET stack = stack + ?2 WHERE account = ?1"};
@@ -243,8 +250,10 @@ std::optional<AccountID> Bank::openAccount(const std::string& name, std::string_
     const std::string hash = hashPassword(password, passwordCost_);
     SQLite::Transaction transaction = store_->begin();
     Query(store_->openAccount, name, hash, email.size() > kLongestEmail ? std::string() : email, gift).run();
+    const AccountID account{store_->database.getLastInsertRowid()};
+    if (gift > kZeroMoney) Query(store_->addGift, account, gift, std::string(kWelcome)).run();
     transaction.commit();
-    return AccountID{store_->database.getLastInsertRowid()};
+    return account;
   });
 }
 
@@ -263,7 +272,7 @@ std::optional<Account> Bank::logOn(const std::string& name, std::string_view pas
 RealMoneyType Bank::balance(AccountID account) {
   return guarded("reading a balance", [&] {
     Query balance(store_->balance, account);
-    if (!balance.next()) throw BankError(fmt::format("there is no account {}", sqlValue(account)));
+    if (!balance.next()) throwNoAccount(account);
     return balance.money(0);
   });
 }
@@ -307,7 +316,7 @@ RealMoneyType Bank::standUp(AccountID account) {
   });
 }
 
-void Bank::finishHand(const FinishedHand& hand) {
+void Bank::finishHand(const FinishedHand& hand, const std::function<void()>& alsoWrite) {
   checkSums(hand);
   guarded("finishing a hand", [&] {
     SQLite::Transaction transaction = store_->begin();
@@ -321,9 +330,31 @@ void Bank::finishHand(const FinishedHand& hand) {
       Query(store_->addHandOf, player.account, hand.number).run();
     }
     Query(store_->addRake, hand.rake).run();
+    if (alsoWrite) alsoWrite();
     transaction.commit();
   });
 }
+
+void Bank::give(AccountID account, const Gift& gift) {
+  guarded("giving to an account", [&] {
+    const bool isInTransaction = sqlite3_get_autocommit(store_->database.getHandle()) == 0;
+    if (!isInTransaction) throw BankError("a gift outside of a transaction");
+    Query(store_->addGift, account, gift.amount, gift.reason).run();
+    Query(store_->issue, account, gift.amount).run();
+  });
+}
+
+Gifts Bank::gifts(AccountID account, std::size_t most) {
+  return guarded("reading gifts", [&] {
+    Query issued(store_->issued, account);
+    if (!issued.next()) throwNoAccount(account);
+    Gifts gifts{issued.money(0), {}};
+    for (Query row(store_->gifts, account, most); row.next();) gifts.newest.push_back({row.money(0), row.text(1)});
+    return gifts;
+  });
+}
+
+SQLite::Database& Bank::database() { return store_->database; }
 
 std::uint64_t Bank::lastHandNumber() {
   return guarded("reading hands", [&] {

@@ -6,12 +6,17 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
+
+namespace SQLite {
+class Database;
+}
 
 namespace poker::holdem {
 
@@ -52,6 +57,17 @@ struct Standing {
   std::int64_t handsWon;
 
   friend bool operator==(const Standing&, const Standing&) = default;
+};
+
+/// Money that the house gave for nothing.
+struct Gift {
+  RealMoneyType amount;
+  std::string reason;  ///< for the player
+};
+
+struct Gifts {
+  RealMoneyType all;
+  std::vector<Gift> newest;  ///< the newest first
 };
 
 /// What one hand changed.
@@ -125,9 +141,19 @@ class Bank {
   /// @throws BankError  the account has no seat
   RealMoneyType standUp(AccountID account);
 
+  /// @param alsoWrite  called in the same transaction when the hand is written, for what belongs to it: it happens with
+  ///                   the hand or not at all. What it throws passes through
   /// @throws BankError  chips would appear or vanish, a stack is not what `before` says, a stack or the rake would be below
   ///                    zero, a player is named twice or does not sit in that game, or the number was used
-  void finishHand(const FinishedHand& hand);
+  void finishHand(const FinishedHand& hand, const std::function<void()>& alsoWrite = {});
+
+  /// Adds money that the house gives to the account, and to what the house has given out. Is part of the caller's
+  /// transaction.
+  /// @param gift  above zero
+  /// @throws BankError  there is no transaction
+  void give(AccountID account, const Gift& gift);
+  /// @param most  of the newest ones
+  Gifts gifts(AccountID account, std::size_t most);
 
   /// Of all games; 0 before the first hand.
   std::uint64_t lastHandNumber();
@@ -140,6 +166,9 @@ class Bank {
   std::optional<std::string> handRecord(std::uint64_t number);
   /// The numbers of the hands that the account played, newest first.
   std::vector<std::uint64_t> handsOf(AccountID account, std::size_t most);
+
+  /// For classes that keep in the same file what is no money; all tables are made by the bank. Lives as long as the bank.
+  SQLite::Database& database();
 
  private:
   struct Store;
