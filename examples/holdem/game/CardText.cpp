@@ -39,6 +39,15 @@ std::string toText(const Card& card) {
   return kRanks[rank] + std::string(kSigns[suit]);
 }
 
+std::string toText(std::span<const Card> cards) {
+  std::string text;
+  for (const Card& card : cards) {
+    if (!text.empty()) text += ' ';
+    text += toText(card);
+  }
+  return text;
+}
+
 std::optional<Card> cardFromText(std::string_view text) {
   const std::optional<Card> card = takeCard(text);
   return text.empty() ? card : std::nullopt;

@@ -4,22 +4,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include <span>
-
 namespace poker::holdem {
-
-namespace {
-
-std::string cardsAsText(std::span<const Card> cards) {
-  std::string text;
-  for (const Card& card : cards) {
-    if (!text.empty()) text += ' ';
-    text += toText(card);
-  }
-  return text;
-}
-
-}  // namespace
 
 void HandRecord::begin(std::uint64_t number) {
   number_ = number;
@@ -35,7 +20,7 @@ std::string HandRecord::toJson(const TableSettings& table, const Hand& hand, Sea
     players.push_back({{"seat", player.seat.value()},
                        {"name", seat.name},
                        {"stack", seat.stack.hundredths()},
-                       {"cards", cardsAsText(player.cards)},
+                       {"cards", toText(player.cards)},
                        {"shown", player.turnedUp},
                        {"won", player.won.hundredths()}});
   }
@@ -56,7 +41,7 @@ std::string HandRecord::toJson(const TableSettings& table, const Hand& hand, Sea
                        {"bigBlind", table.stakes.bigBlind.hundredths()},
                        {"began", std::chrono::duration_cast<std::chrono::seconds>(began_.time_since_epoch()).count()},
                        {"button", hand.plan().button.value()},
-                       {"board", cardsAsText(hand.board())},
+                       {"board", toText(hand.board())},
                        {"rake", hand.pots().rake().hundredths()},
                        {"pots", std::move(pots)},
                        {"players", std::move(players)},
