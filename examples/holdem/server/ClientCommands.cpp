@@ -6,7 +6,19 @@
 #include <examples/holdem/shared/Protocol.h>
 #include <inspect/CommandText.h>
 
+#include <fmt/format.h>
+
+#include <string>
+#include <string_view>
+
 namespace poker::holdem {
+
+namespace {
+
+/// That a player is told of, the newest.
+constexpr std::size_t kMostGifts = 100;
+
+}  // namespace
 
 bool ClientCommands::processCommand(PokerCommandTmpl<ClientCmdProcessorType>& command) {
   arrival_ = std::time(nullptr);
@@ -124,6 +136,10 @@ void ClientCommands::onClScriptSetDealer(Results& results, ClScriptSetDealer& sc
   });
 }
 
+void ClientCommands::onClGetHighHand(Results& results, ClGetHighHand& request) {
+  answer<SrvHighHandInfo>(results, request, house_.highHands().info(request.showFinished()));
+}
+
 // Accounts
 
 void ClientMiscCommands::processCommand(PokerCommandTmpl<ClientMiscCmdProcessorType>& command) {
@@ -133,6 +149,60 @@ void ClientMiscCommands::processCommand(PokerCommandTmpl<ClientMiscCmdProcessorT
 
 void ClientMiscCommands::onClMakeNewAccount(ClMakeNewAccount& request) {
   house_.openAccount(request.getConnID(), request.accountInfo());
+}
+
+void ClientMiscCommands::onClMiscGetPromoInfo(ClMiscGetPromoInfo& request) {
+  house_.forPlayer(request.getConnID(), [&](const Account& account) {
+    const Gifts gifts = house_.bank().gifts(account.id, kMostGifts);
+    PromoBucksInfo info;
+    info.text = fmt::format("The house has given you {}.", gifts.all.toString());
+    for (const Gift& gift : gifts.newest) {
+      PromoBonus& bonus = info.bonuses.emplace_back();
+      bonus.amount = gift.amount;
+      bonus.promotion = gift.reason;
+      bonus.released = true;
+    }
+    house_.outbox().add<SrvPromoInfo>(request.getConnID(), info);
+  });
+}
+
+// Profiles
+
+void ClientMiscCommands::answerProfile(const ConnectionID& client, const std::optional<MemberProfileInfo>& profile) {
+  auto answer = make<SrvPlayerProfile>();
+  if (profile) answer->info(*profile);
+  ConnectionsSet to;
+  to.insert(client);
+  house_.outbox().put(std::move(answer), to);
+}
+
+void ClientMiscCommands::onClGetPlayerProfile(const ClGetPlayerProfile& request) {
+  answerProfile(request.getConnID(), house_.members().profile(request.userName()));
+}
+
+void ClientMiscCommands::onClUpdatePlayerProfile(const ClUpdatePlayerProfile& request) {
+  house_.forPlayer(request.getConnID(), [&](const Account& account) {
+    answerProfile(request.getConnID(), house_.members().change(account.id, request.info()));
+  });
+}
+
+void ClientMiscCommands::onClGetNewPicture(const ClGetNewPicture& request) {
+  const Picture picture = house_.members().picture(request.userName()).value_or(Picture{request.userName(), "", ""});
+  house_.outbox().add<SrvSendUserPic>(request.getConnID(), picture.userName, picture.image.data(),
+                                      static_cast<unsigned>(picture.image.size()), picture.code);
+}
+
+void ClientMiscCommands::onClUpdateUserPic(const ClUpdateUserPic& request) {
+  house_.forPlayer(request.getConnID(), [&](const Account& account) {
+    const std::string_view image(request.getPicBuffer(), request.getPicSize());
+    if (const auto profile = house_.members().changePicture(account.id, image)) {
+      answerProfile(request.getConnID(), profile);
+    } else {
+      const std::string why =
+          fmt::format("A picture is a PNG, JPEG or GIF file of {} KB at most.", Members::kLargestPicture / 1024);
+      house_.outbox().add<SrvAdminMsg>(request.getConnID(), "Picture", why.c_str(), std::uint8_t{0});
+    }
+  });
 }
 
 }  // namespace poker::holdem

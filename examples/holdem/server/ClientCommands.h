@@ -7,6 +7,7 @@
 #include <hostkit/Results.h>
 
 #include <ctime>
+#include <optional>
 #include <utility>
 
 namespace poker::holdem {
@@ -44,6 +45,7 @@ class ClientCommands final : public ClientCmdProcessor {
   void onClActionInAdvance(Results& results, ClActionInAdvance& choice) override;
   void onClChatMsg(Results& results, ClChatMsg& message) override;
   void onClScriptSetDealer(Results& results, ClScriptSetDealer& script) override;
+  void onClGetHighHand(Results& results, ClGetHighHand& request) override;
 
  private:
   /// Puts a T for the request's sender into the results.
@@ -58,7 +60,7 @@ class ClientCommands final : public ClientCmdProcessor {
   bool endsConnection_ = false;  // once the answers to the command in hand are out
 };
 
-/// The same for the commands about accounts.
+/// The same for the commands about accounts, profiles and gifts.
 class ClientMiscCommands final : public ClientMiscCmdProcessor {
  public:
   /// @param house  must outlive this object
@@ -68,7 +70,15 @@ class ClientMiscCommands final : public ClientMiscCmdProcessor {
 
   void onClMakeNewAccount(ClMakeNewAccount& request) override;
 
+  void onClGetPlayerProfile(const ClGetPlayerProfile& request) override;
+  void onClUpdatePlayerProfile(const ClUpdatePlayerProfile& request) override;
+  void onClGetNewPicture(const ClGetNewPicture& request) override;
+  void onClUpdateUserPic(const ClUpdateUserPic& request) override;
+  void onClMiscGetPromoInfo(ClMiscGetPromoInfo& request) override;
+
  private:
+  void answerProfile(const ConnectionID& client, const std::optional<MemberProfileInfo>& profile);
+
   House& house_;
   Results unused_;
 };

@@ -3,6 +3,7 @@
 #include <examples/holdem/shared/LogLine.h>
 #include <inspect/CommandText.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace poker::holdem {
@@ -11,9 +12,14 @@ House::House(asio::io_context& context, HouseSettings settings, Connections& con
     : connections_(connections),
       log_(*Log::getLog("holdem.house", LogCategory::Network)),
       bank_(settings.bank),
+      members_(bank_),
       gift_(settings.gift),
       outbox_(
           [this](const ConnectionID& to, std::span<const std::uint8_t> frame) { connections_.sendFrame(to, frame); }),
+      highHands_(bank_, settings.highHand, outbox_,
+                 [this](ConnectionsSet& all) {
+                   for (const auto& table : tables_) all.insert(table->viewers());
+                 }),
       lastHand_(bank_.lastHandNumber()) {
   for (TableSettings& table : settings.tables) {
     tables_.push_back(
@@ -65,6 +71,7 @@ void House::logOn(const ConnectionID& client, const std::string& name, const std
     connections_.disconnect(before, SrvErrorDisconnected::Reconnect);
   }
   logLine(log_, 0, "logged-on conn={} name={}", client.value(), quoted(account->name));
+  members_.noteVisit(account->id);
   connections_.setState(client, SessionState::LoggedOn);
   auto answer = make<SrvLogonOk>(account->name, "", false, RealMoneyAcc(), true);
   for (const auto& table : tables_) {
@@ -139,7 +146,20 @@ void House::onSeated(const ConnectionID& connection, bool seated) {
   connections_.setState(connection, seated ? SessionState::Seated : SessionState::LoggedOn);
 }
 
+std::uint64_t House::nextHandNumber() {
+  highHands_.onHandBegins();
+  return ++lastHand_;
+}
+
+void House::finishHand(const FinishedHand& booking, const Hand& hand) {
+  // One that drains opens again, and its promotion goes on.
+  const bool isLast =
+      std::all_of(tables_.begin(), tables_.end(), [](const auto& table) { return table->isPlayedOut(); });
+  highHands_.finishHand(booking, hand, isLast);
+}
+
 void House::onHandOver(std::uint32_t gameID, std::uint64_t handsPlayed) {
+  highHands_.tellNews();
   logLine(log_, 1, "hand-over game={} hands={}", gameID, handsPlayed);
 }
 

@@ -4,6 +4,8 @@
 #include <LogUtil/Log.h>
 #include <examples/holdem/server/Outbox.h>
 #include <examples/holdem/server/bank/Bank.h>
+#include <examples/holdem/server/members/Members.h>
+#include <examples/holdem/server/promotions/HighHands.h>
 #include <examples/holdem/server/table/Table.h>
 #include <hostkit/ConnectionTable.h>
 #include <hostkit/SessionState.h>
@@ -24,6 +26,7 @@ namespace poker::holdem {
 struct HouseSettings {
   BankSettings bank{":memory:"};
   RealMoneyType gift = RealMoneyType::fromUnits(1000);  ///< what a new account begins with
+  HighHandSettings highHand;
   std::vector<TableSettings> tables;
 };
 
@@ -52,6 +55,8 @@ class House final : private TableHost {
 
   Outbox& outbox() { return outbox_; }
   Bank& bank() { return bank_; }
+  Members& members() { return members_; }
+  HighHands& highHands() { return highHands_; }
   const std::vector<std::unique_ptr<Table>>& tables() const { return tables_; }
   Log& log() { return log_; }
 
@@ -74,6 +79,13 @@ class House final : private TableHost {
     }
   }
 
+  /// Calls `f(account)` when the client is logged on.
+  template <class F>
+  void forPlayer(const ConnectionID& client, F&& f) {
+    const auto visitor = visitors_.find(client.value());
+    if (visitor != visitors_.end() && visitor->second.account) f(*visitor->second.account);
+  }
+
   /// Closes all tables; `closed` is called when the last hand is over.
   void close(std::function<void()> closed);
   /// All tables have played their hands.
@@ -92,7 +104,8 @@ class House final : private TableHost {
     unsigned accounts = 0;    // that were asked for
   };
 
-  std::uint64_t nextHandNumber() override { return ++lastHand_; }
+  std::uint64_t nextHandNumber() override;
+  void finishHand(const FinishedHand& booking, const Hand& hand) override;
   void onSeated(const ConnectionID& connection, bool seated) override;
   void onHandOver(std::uint32_t gameID, std::uint64_t handsPlayed) override;
   void onTableClosed() override;
@@ -103,8 +116,10 @@ class House final : private TableHost {
   Connections& connections_;
   Log& log_;
   Bank bank_;
+  Members members_;
   RealMoneyType gift_;
   Outbox outbox_;
+  HighHands highHands_;
   std::vector<std::unique_ptr<Table>> tables_;
   std::map<std::int32_t, Visitor> visitors_;
   ConnectionOf<AccountID> players_;

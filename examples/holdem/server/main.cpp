@@ -207,6 +207,12 @@ int main(int argc, char** argv) {
       ->capture_default_str()
       ->type_name("FILE");
   addMoney(app, "--welcome", settings.house.gift, "what a new account begins with");
+  addMoney(app, "--high-hand-prize", settings.house.highHand.prize,
+           "for the highest hand that is turned up; a promotion that is under way goes on as it began; 0: none");
+  app.add_option("--high-hand-hands", settings.house.highHand.hands, "of all tables, that a promotion lasts")
+      ->check(CLI::Range(1, 1'000'000'000).description(""))
+      ->capture_default_str()
+      ->type_name("N");
   tables.addTo(app);
   app.add_option("--announcement", settings.announcement, "what clients are told at SIGUSR1")->type_name("TEXT");
   app.add_option("--farewell", settings.farewell, "what clients are told when the server drains")->type_name("TEXT");

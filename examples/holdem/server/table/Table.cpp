@@ -1,6 +1,7 @@
 #include <examples/holdem/server/table/Table.h>
 
 #include <examples/holdem/game/CardText.h>
+#include <examples/holdem/server/CutText.h>
 
 #include <algorithm>
 #include <array>
@@ -12,13 +13,6 @@ namespace poker::holdem {
 namespace {
 
 constexpr std::size_t kLongestChat = 200;  // bytes
-
-/// No more than so many bytes of a text, and no part of a UTF-8 character at its end.
-std::string cutTo(std::size_t size, const std::string& text) {
-  if (text.size() <= size) return text;
-  while (size != 0 && (static_cast<unsigned char>(text[size]) & 0xC0) == 0x80) --size;
-  return text.substr(0, size);
-}
 
 constexpr Clock::time_point kNever = Clock::time_point::max();
 
@@ -273,7 +267,8 @@ void Table::chat(const ConnectionID& viewer, const std::string& name, const std:
                  ChatMsgTypes::ChatStyle style) {
   if (!audience_.contains(viewer) || text.empty()) return;
   const bool isPlayer = audience_.seatOf(viewer).isValid();
-  audience_.tellAll<SrvChatMsg>(cutTo(kLongestChat, text).c_str(), name.c_str(),
+  const std::string line = text.size() > kLongestChat ? cutTo(kLongestChat, text) : text;
+  audience_.tellAll<SrvChatMsg>(line.c_str(), name.c_str(),
                                 isPlayer ? ChatMsgTypes::PlayerChat : ChatMsgTypes::ObserverChat, style);
 }
 
@@ -303,9 +298,9 @@ void Table::onHandOver() {
     const Seat& seat = *seats_.find(player.seat);
     booking_.players.push_back({seat.account, seat.stack, player.stack, player.won > kZeroMoney});
   }
-  bank_.finishHand(booking_);
-  for (const HandPlayer& player : hand.players()) seats_.find(player.seat)->stack = player.stack;
   ++handsPlayed_;
+  host_.finishHand(booking_, hand);
+  for (const HandPlayer& player : hand.players()) seats_.find(player.seat)->stack = player.stack;
   handJustOver_ = true;
 }
 
@@ -338,7 +333,7 @@ void Table::afterHand() {
       audience_.tellSeat<OutOfMoney>(seat.id(), bank_.balance(seat.account), SrvErrorCode::NotEnoughMoney);
     }
   });
-  if (settings_.mostHands != 0 && handsPlayed_ >= settings_.mostHands) closed_ = true;
+  if (isPlayedOut()) closed_ = true;
   host_.onHandOver(settings_.gameID, handsPlayed_);
 }
 

@@ -25,6 +25,9 @@ class TableHost {
 
   /// Numbers hands through all tables.
   virtual std::uint64_t nextHandNumber() = 0;
+  /// A hand is over, and viewers have not heard of it yet: the host writes it to the bank.
+  /// @param booking  its players are those of `hand`, in the same order
+  virtual void finishHand(const FinishedHand& booking, const Hand& hand) = 0;
   /// A connection speaks for a seat now, or for none any more.
   virtual void onSeated(const ConnectionID& connection, bool seated) = 0;
   virtual void onHandOver(std::uint32_t gameID, std::uint64_t handsPlayed) = 0;
@@ -45,6 +48,9 @@ class Table final : private DealerHost {
   const Dealer::Turns& turns() const { return dealer_.turns(); }
   std::uint64_t handsPlayed() const { return handsPlayed_; }
   bool isIdle() const { return !dealer_.isPlaying(); }
+  /// All hands that it was to play are played (TableSettings::mostHands): no other one will follow.
+  bool isPlayedOut() const { return settings_.mostHands != 0 && handsPlayed_ >= settings_.mostHands; }
+  const ConnectionsSet& viewers() const { return audience_.viewers(); }
   /// Which seat an account has; none when it has none here.
   SeatID seatOf(AccountID account);
 
