@@ -80,6 +80,56 @@ void ClientCommands::onClBotAppEnter(Results&, ClBotAppEnter& notice) {
   logLine(house_.log(), 0, "bot conn={} program={}", notice.getConnID().value(), quoted(notice.str()));
 }
 
+// The lobby
+
+void ClientCommands::onClGetServerInfo(Results&, ClGetServerInfo& request) {
+  house_.forPlayer(request.getConnID(), [&](const Account&) {
+    if (request.getRequestedType() == kRingGames) {
+      house_.lobby().lookAtList(request.getConnID(), request.getVersion());
+    } else {
+      house_.lobby().lookAwayFromList(request.getConnID());
+    }
+  });
+}
+
+void ClientCommands::onClGetGameInfo(Results&, ClGetGameInfo& request) {
+  house_.forPlayer(request.getConnID(), [&](const Account&) {
+    if (request.getGameID() == 0) {
+      house_.lobby().lookAwayFromTable(request.getConnID());
+    } else {
+      house_.lobby().lookAtTable(request.getConnID(), request.getGameID(), request.getVersion());
+    }
+  });
+}
+
+void ClientCommands::onClAddToWaitList(Results&, ClAddToWaitList& request) {
+  house_.forPlayer(request.getConnID(), [&](const Account& account) {
+    house_.waitLists().waitForTable(request.getConnID(), account, request.gameID());
+  });
+}
+
+void ClientCommands::onClAddGlobalWaitList(Results&, ClAddGlobalWaitList& request) {
+  house_.forPlayer(request.getConnID(), [&](const Account& account) {
+    house_.waitLists().waitForAny(request.getConnID(), account,
+                                  {static_cast<GameType>(request.gameType()), request.lowBet(), request.highBet(),
+                                   request.minPlayers(), request.maxPlayers(), request.realMoney()});
+  });
+}
+
+void ClientCommands::onClRemoveFromWaitList(Results&, ClRemoveFromWaitList& request) {
+  house_.waitLists().stopWaiting(request.getConnID(), request.gameID());
+}
+
+void ClientCommands::onClAcceptInvite(Results&, ClAcceptInvite& request) {
+  house_.acceptInvitation(request.getConnID(), request.gameID(), request.reserveID(), request.money());
+}
+
+void ClientCommands::onClRejectInvite(Results&, ClRejectInvite& request) {
+  house_.waitLists().reject(request.getConnID(), request.gameID(), request.reserveID());
+}
+
+// Seats and chips
+
 void ClientCommands::onClSitDown(Results&, ClSitDown& request) {
   house_.sitDown(request.getConnID(), request.getSeatID(), request.getMoney());
 }

@@ -34,6 +34,14 @@ class ClientCommands final : public ClientCmdProcessor {
   void onClSendUserPass(Results& results, ClSendUserPass& request) override;
   void onClBotAppEnter(Results& results, ClBotAppEnter& notice) override;
 
+  void onClGetServerInfo(Results& results, ClGetServerInfo& request) override;
+  void onClGetGameInfo(Results& results, ClGetGameInfo& request) override;
+  void onClAddToWaitList(Results& results, ClAddToWaitList& request) override;
+  void onClAddGlobalWaitList(Results& results, ClAddGlobalWaitList& request) override;
+  void onClRemoveFromWaitList(Results& results, ClRemoveFromWaitList& request) override;
+  void onClAcceptInvite(Results& results, ClAcceptInvite& request) override;
+  void onClRejectInvite(Results& results, ClRejectInvite& request) override;
+
   void onClSitDown(Results& results, ClSitDown& request) override;
   void onClLeaveSeat(Results& results, ClLeaveSeat& request) override;
   void onClBack(Results& results, ClBack& request) override;

@@ -4,6 +4,8 @@
 #include <inspect/CommandText.h>
 
 #include <algorithm>
+#include <set>
+#include <stdexcept>
 #include <utility>
 
 namespace poker::holdem {
@@ -19,13 +21,31 @@ House::House(asio::io_context& context, HouseSettings settings, Connections& con
       highHands_(bank_, settings.highHand, outbox_,
                  [this](ConnectionsSet& all) {
                    for (const auto& table : tables_) all.insert(table->viewers());
+                   lobby_.addViewers(all);
                  }),
-      lastHand_(bank_.lastHandNumber()) {
-  for (TableSettings& table : settings.tables) {
-    tables_.push_back(
+      tables_(makeTables(context, std::move(settings.tables))),
+      waitLists_(context, tables_, outbox_, settings.inviteTime),
+      lobby_(context, tables_, waitLists_, outbox_,
+             [this](std::uint32_t count) { return bank_.reserveVersions(count); }),
+      lastHand_(bank_.lastHandNumber()),
+      openTables_(tables_.size()) {
+  lobby_.setNews(SrvNewsType::Headlines, settings.news);
+  outbox_.atEnd([this] {
+    waitLists_.settle();
+    lobby_.settle();
+  });
+}
+
+WaitLists::Tables House::makeTables(asio::io_context& context, std::vector<TableSettings> settings) {
+  if (settings.size() > kMostTables) throw std::invalid_argument("a house has no room for so many tables");
+  WaitLists::Tables tables;
+  std::set<std::uint32_t> numbers{WaitLists::kAnyTable};
+  for (TableSettings& table : settings) {
+    if (!numbers.insert(table.gameID).second) throw std::invalid_argument("two tables have one number, or one has 0");
+    tables.push_back(
         std::make_unique<Table>(context, std::move(table), bank_, outbox_, static_cast<TableHost&>(*this)));
   }
-  openTables_ = tables_.size();
+  return tables;
 }
 
 Table* House::findTable(std::uint32_t gameID) {
@@ -78,6 +98,7 @@ void House::logOn(const ConnectionID& client, const std::string& name, const std
     if (const SeatID seat = table->seatOf(account->id); seat.isValid()) answer->prevSeatID(seat);
   }
   visitor.account = std::move(account);
+  lobby_.setPlayersLoggedOn(players_.size());
   ConnectionsSet to;
   to.insert(client);
   outbox_.put(std::move(answer), to);
@@ -88,6 +109,9 @@ void House::leave(const ConnectionID& client) {
   if (!visitor) return;
   if (visitor.mapped().account) players_.unbind(visitor.mapped().account->id, client);
   if (visitor.mapped().table != nullptr) visitor.mapped().table->leave(client);
+  waitLists_.forget(client);
+  lobby_.forget(client);
+  lobby_.setPlayersLoggedOn(players_.size());
 }
 
 // Tables
@@ -142,7 +166,21 @@ void House::sitDown(const ConnectionID& client, const SeatID& seat, const RealMo
   });
 }
 
+void House::acceptInvitation(const ConnectionID& client, std::uint32_t gameID, const std::string& reservation,
+                             const RealMoneyType& money) {
+  const auto visitor = visitors_.find(client.value());
+  const WaitLists::Invitation* invitation = waitLists_.find(client, gameID, reservation);
+  if (visitor == visitors_.end() || invitation == nullptr) {
+    outbox_.add<SrvRemoveFromWaitListError>(client, gameID);
+    return;
+  }
+  const SeatID seat = invitation->seat;
+  enter(client, visitor->second, *invitation->table);
+  sitDown(client, seat, money);
+}
+
 void House::onSeated(const ConnectionID& connection, bool seated) {
+  if (seated) waitLists_.forget(connection);
   connections_.setState(connection, seated ? SessionState::Seated : SessionState::LoggedOn);
 }
 
@@ -156,6 +194,11 @@ void House::finishHand(const FinishedHand& booking, const Hand& hand) {
   const bool isLast =
       std::all_of(tables_.begin(), tables_.end(), [](const auto& table) { return table->isPlayedOut(); });
   highHands_.finishHand(booking, hand, isLast);
+}
+
+void House::onTableChanged() {
+  waitLists_.noteChange();
+  lobby_.noteChange();
 }
 
 void House::onHandOver(std::uint32_t gameID, std::uint64_t handsPlayed) {

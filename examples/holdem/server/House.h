@@ -4,6 +4,8 @@
 #include <LogUtil/Log.h>
 #include <examples/holdem/server/Outbox.h>
 #include <examples/holdem/server/bank/Bank.h>
+#include <examples/holdem/server/lobby/Lobby.h>
+#include <examples/holdem/server/lobby/WaitLists.h>
 #include <examples/holdem/server/members/Members.h>
 #include <examples/holdem/server/promotions/HighHands.h>
 #include <examples/holdem/server/table/Table.h>
@@ -12,6 +14,7 @@
 
 #include <asio/io_context.hpp>
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -27,7 +30,9 @@ struct HouseSettings {
   BankSettings bank{":memory:"};
   RealMoneyType gift = RealMoneyType::fromUnits(1000);  ///< what a new account begins with
   HighHandSettings highHand;
-  std::vector<TableSettings> tables;
+  std::vector<TableSettings> tables;  ///< at most kMostTables, each with a number of its own, which is not 0
+  std::chrono::milliseconds inviteTime = std::chrono::seconds(30);  ///< that a seat is held for who waited for it
+  std::string news;                                                 ///< for the lobby; may be empty
 };
 
 /// What the house needs of the transport. A connection that is not there any more is passed over.
@@ -51,12 +56,15 @@ class House final : private TableHost {
   static constexpr unsigned kAccountTries = 3;
 
   /// @throws BankError
+  /// @throws std::invalid_argument  the tables are not as HouseSettings wants them
   House(asio::io_context& context, HouseSettings settings, Connections& connections);
 
   Outbox& outbox() { return outbox_; }
   Bank& bank() { return bank_; }
   Members& members() { return members_; }
   HighHands& highHands() { return highHands_; }
+  Lobby& lobby() { return lobby_; }
+  WaitLists& waitLists() { return waitLists_; }
   const std::vector<std::unique_ptr<Table>>& tables() const { return tables_; }
   Log& log() { return log_; }
 
@@ -67,6 +75,9 @@ class House final : private TableHost {
   /// Another try at the table that the client was last asked a password for.
   void tellPassword(const ConnectionID& client, const std::string& password);
   void sitDown(const ConnectionID& client, const SeatID& seat, const RealMoneyType& money);
+  /// The client comes to sit on the seat that is held for it.
+  void acceptInvitation(const ConnectionID& client, std::uint32_t gameID, const std::string& reservation,
+                        const RealMoneyType& money);
   /// The connection is gone.
   void leave(const ConnectionID& client);
 
@@ -109,7 +120,9 @@ class House final : private TableHost {
   void onSeated(const ConnectionID& connection, bool seated) override;
   void onHandOver(std::uint32_t gameID, std::uint64_t handsPlayed) override;
   void onTableClosed() override;
+  void onTableChanged() override;
 
+  WaitLists::Tables makeTables(asio::io_context& context, std::vector<TableSettings> settings);
   Table* findTable(std::uint32_t gameID);
   void enter(const ConnectionID& client, Visitor& visitor, Table& table);
 
@@ -120,7 +133,9 @@ class House final : private TableHost {
   RealMoneyType gift_;
   Outbox outbox_;
   HighHands highHands_;
-  std::vector<std::unique_ptr<Table>> tables_;
+  WaitLists::Tables tables_;
+  WaitLists waitLists_;
+  Lobby lobby_;
   std::map<std::int32_t, Visitor> visitors_;
   ConnectionOf<AccountID> players_;
   std::uint64_t lastHand_ = 0;

@@ -21,11 +21,15 @@ class Outbox {
 
   explicit Outbox(Send send) : send_(std::move(send)) {}
 
+  /// Called at the end of each event, before anything is sent: the place for what follows from all that happened in it.
+  void atEnd(std::function<void()> followUp) { followUp_ = std::move(followUp); }
+
   /// Does the work and sends what it has put here. Throws what the work throws; nothing is sent then.
   template <class Work>
   void run(Work&& work) {
     ResultsGuard guard(results_);
     work(results_);
+    if (followUp_) followUp_();
     const auto nobody = [](const EncodedCommand&) {};
     guard.send(
         buffer_, [&](const EncodedCommand& command, const ConnectionID& to) { send_(to, command.frame); }, nobody);
@@ -53,6 +57,7 @@ class Outbox {
 
  private:
   Send send_;
+  std::function<void()> followUp_;
   Results results_;
   SerializeCommandBuf buffer_{1024};
 };

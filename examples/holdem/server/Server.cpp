@@ -67,6 +67,8 @@ void Server::announceMaintenance() {
   logLine(log_, 0, "maintenance-announced connections={}", tcp_.sessions().size());
   if (transcript_ != nullptr) transcript_->heading("maintenance is announced");
   tcp_.sendToAll(*make<SrvMaintenance>(settings_.announcement, kMaintenanceAnnounced));
+  house_.outbox().run(
+      [this](Outbox::Results&) { house_.lobby().setNews(SrvNewsType::Maintenance, settings_.announcement); });
 }
 
 void Server::drain() {

@@ -3,6 +3,7 @@
 #include <CommandProcessor/pool/DebugStaticLogger.h>
 #include <LogUtil/Log.h>
 #include <examples/holdem/server/Server.h>
+#include <examples/holdem/server/TableText.h>
 #include <examples/holdem/shared/Options.h>
 
 #include <asio/signal_set.hpp>
@@ -84,19 +85,18 @@ CLI::Option* addMoney(CLI::App& app, const std::string& name, RealMoneyType& val
   return app
       .add_option_function<std::string>(
           name, [&value](const std::string& text) { value = RealMoneyType::fromText(text); }, help)
-      ->check([](const std::string& text) {
-        const RealMoneyType amount = RealMoneyType::fromText(text);
-        const bool reads = text.find_first_not_of("0123456789.") == std::string::npos && !text.empty();
-        return reads && amount <= kLargestMoney ? "" : "\"" + text + "\" is no amount of money";
-      })
+      ->check(
+          [](const std::string& text) { return moneyFromText(text) ? "" : "\"" + text + "\" is no amount of money"; })
       ->default_str(value.toString())
       ->type_name("MONEY");
 }
 
-/// What all tables have in common.
+/// What all tables have in common, and those that are of another kind.
 struct TableOptions {
   TableSettings table;
   unsigned tables = 1;
+  std::vector<std::string> others;
+  CLI::Option* tablesGiven = nullptr;
   std::uint64_t seed = 0;
   double rakePercent = 5;
   CLI::Option* seedGiven = nullptr;
@@ -105,7 +105,16 @@ struct TableOptions {
     static const std::map<std::string, LimitType> kLimits = {{"no-limit", LimitType::NoLimit},
                                                              {"fixed-limit", LimitType::FixedLimit}};
     table.stakes.rake.cap = RealMoneyType::fromUnits(3);
-    app.add_option("--tables", tables, "how many")->check(CLI::Range(1, 1000).description(""))->capture_default_str();
+    tablesGiven = app.add_option("--tables", tables, "how many of the kind that the options below tell")
+                      ->check(CLI::Range(1u, static_cast<unsigned>(kMostTables)).description(""))
+                      ->capture_default_str();
+    app.add_option(
+           "--table", others,
+           "one of another kind, as often as wanted: \"name=River,game=fixed-limit,blinds=1/2,seats=6,"
+           "buy-in=40/200,password=x\"; what is not said there is as the options below tell. Without --tables there "
+           "are only these then")
+        ->allow_extra_args(false)
+        ->type_name("KEY=VALUE,...");
     app.add_option_function<std::string>(
            "--game", [this](const std::string& name) { table.stakes.limit = kLimits.at(name); }, "what is played")
         ->check(CLI::IsMember({"no-limit", "fixed-limit"}))
@@ -142,25 +151,21 @@ struct TableOptions {
     app.add_flag("--script", table.takesScripts, "let clients stack the deck (ClScriptSetDealer); for tests");
   }
 
-  /// @throws std::runtime_error  for settings that contradict each other
+  /// @throws std::invalid_argument  for texts that are no tables, and settings that contradict each other
   std::vector<TableSettings> settings() {
-    if (table.stakes.smallBlind > table.stakes.bigBlind || table.stakes.smallBlind <= kZeroMoney) {
-      throw std::runtime_error("the small blind must lie between 0.01 and the big blind");
-    }
-    if (table.minBuyIn > table.maxBuyIn || table.minBuyIn < table.stakes.bigBlind) {
-      throw std::runtime_error("the least buy-in must lie between the big blind and the most");
-    }
-    if (table.startWith > table.seats)
-      throw std::runtime_error("the first hand waits for more players than there are seats");
-    if (table.replyTime.count() == 0) throw std::runtime_error("the reply time must be above 0");
     table.stakes.rake.perTenThousand = std::llround(rakePercent * 100);
     if (seedGiven->count() != 0) table.seed = seed;
     std::vector<TableSettings> all;
-    for (unsigned i = 1; i <= tables; ++i) {
-      table.gameID = i;
-      table.name = "Table " + std::to_string(i);
-      all.push_back(table);
+    const auto usual = [&] {
+      table.gameID = static_cast<std::uint32_t>(all.size() + 1);
+      table.name = "Table " + std::to_string(table.gameID);
+      return table;
+    };
+    if (others.empty() || tablesGiven->count() != 0) {
+      checkTable(table);
+      while (all.size() < tables) all.push_back(usual());
     }
+    for (const std::string& text : others) all.push_back(tableFromText(text, usual()));
     return all;
   }
 };
@@ -213,6 +218,8 @@ int main(int argc, char** argv) {
       ->check(CLI::Range(1, 1'000'000'000).description(""))
       ->capture_default_str()
       ->type_name("N");
+  app.add_option("--news", settings.house.news, "for the lobby: what is new in the house")->type_name("TEXT");
+  addSeconds(app, "--invite-time", settings.house.inviteTime, "that a seat is held for a player who waited for it");
   tables.addTo(app);
   app.add_option("--announcement", settings.announcement, "what clients are told at SIGUSR1")->type_name("TEXT");
   app.add_option("--farewell", settings.farewell, "what clients are told when the server drains")->type_name("TEXT");
@@ -240,6 +247,7 @@ int main(int argc, char** argv) {
     std::unique_ptr<Transcript> transcript;
     if (wantsTranscript) transcript = std::make_unique<Transcript>(stdout, wantsColour(colour, stdout));
     settings.house.tables = tables.settings();
+    if (settings.house.inviteTime.count() == 0) throw std::runtime_error("the invite time must be above 0");
     const bool sound = serve(settings, portFile, transcript.get());
     if (dumpOnExit) DebugStaticLogger::instance()->dumpDataIntoLog("holdem.pools");
     if (!sound) throw std::runtime_error("chips are lost or came from nowhere; the log has the sums");

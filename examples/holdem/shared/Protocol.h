@@ -21,4 +21,15 @@ inline constexpr MaintainID kMaintenanceBegins{2};
 /// The hint of SrvUpdateHintText that is the number of the table's hand, in digits.
 inline constexpr unsigned kHandNumberHint = 1;
 
+/// The lists of tables that ClGetServerInfo asks for.
+inline constexpr std::uint16_t kNoList = 0;
+inline constexpr std::uint16_t kRingGames = 1;
+
+/// The keys of SrvServerCountersInfo.
+inline constexpr std::uint8_t kPlayersLoggedOn = 1;
+inline constexpr std::uint8_t kPlayersSeated = 2;
+inline constexpr std::uint8_t kTables = 3;
+inline constexpr std::uint8_t kTablesPlaying = 4;  ///< at which a hand is on
+inline constexpr std::uint8_t kHandsPlayed = 5;    ///< since the server began
+
 }  // namespace poker::holdem

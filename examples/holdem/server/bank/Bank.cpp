@@ -6,7 +6,9 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <concepts>
 #include <iterator>
+#include <limits>
 #include <system_error>
 
 namespace poker::holdem {
@@ -95,9 +97,18 @@ constexpr const char* kMembersAndPromotions = R"sql(
   ) STRICT;
 )sql";
 
+// The number that the lobby's next version gets.
+constexpr const char* kLobbyVersions = R"sql(
+  CREATE TABLE lobby(
+    id INTEGER PRIMARY KEY CHECK(id = 1),
+    next_version INTEGER NOT NULL
+  ) STRICT;
+  INSERT INTO lobby VALUES(1, strftime('%s', 'now'));
+)sql";
+
 // Each step brings a bank to the next version, a new file to the newest. A step is never changed: there are banks that have
 // made it.
-constexpr const char* kSchemaSteps[] = {kMoneyAndHands, kMembersAndPromotions};
+constexpr const char* kSchemaSteps[] = {kMoneyAndHands, kMembersAndPromotions, kLobbyVersions};
 constexpr auto kSchemaVersion = static_cast<int>(std::size(kSchemaSteps));
 
 /// The file holds password hashes and addresses: when it is new, it is made for its owner alone. SQLite gives its
@@ -216,6 +227,7 @@ struct Bank::Store {
   Statement countHand{database,
                       "UPDATE account SET hands_played = hands_played + 1, hands_won = hands_won + ?2 WHERE id = ?1"};
   Statement addRake{database, "UPDATE house SET rake = rake + ?1"};
+  Statement reserveVersions{database, "UPDATE lobby SET next_version = next_version + ?1 RETURNING next_version - ?1"};
   Statement lastHand{database, "SELECT coalesce(max(number), 0) FROM hand"};
   Statement record{database, "SELECT record FROM hand WHERE number = ?1"};
   Statement handsOf{database, "SELECT hand FROM hand_player WHERE account = ?1 ORDER BY hand DESC LIMIT ?2"};
@@ -355,6 +367,22 @@ Gifts Bank::gifts(AccountID account, std::size_t most) {
 }
 
 SQLite::Database& Bank::database() { return store_->database; }
+
+std::uint32_t Bank::reserveVersions(std::uint32_t count) {
+  return guarded("reserving versions", [&] {
+    SQLite::Transaction transaction = store_->begin();
+    std::int64_t first = 0;
+    {
+      Query reserved(store_->reserveVersions, count);
+      if (reserved.next()) first = reserved.number(0);
+    }
+    if (first <= 0 || first + count > std::numeric_limits<std::uint32_t>::max()) {
+      throw BankError("the lobby's versions are used up");
+    }
+    transaction.commit();
+    return static_cast<std::uint32_t>(first);
+  });
+}
 
 std::uint64_t Bank::lastHandNumber() {
   return guarded("reading hands", [&] {

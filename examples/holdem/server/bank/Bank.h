@@ -155,6 +155,11 @@ class Bank {
   /// @param most  of the newest ones
   Gifts gifts(AccountID account, std::size_t most);
 
+  /// Numbers that the lobby calls its versions by: they are given once, also after a restart.
+  /// @return the first of `count` of them, above all earlier ones; a new bank begins at the seconds since 1970, so that it
+  ///         does not begin where one before it did
+  std::uint32_t reserveVersions(std::uint32_t count);
+
   /// Of all games; 0 before the first hand.
   std::uint64_t lastHandNumber();
   /// By seat.

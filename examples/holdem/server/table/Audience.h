@@ -4,7 +4,9 @@
 #include <examples/holdem/game/Stakes.h>
 #include <examples/holdem/server/Outbox.h>
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
 #include <utility>
 
 namespace poker::holdem {
@@ -24,6 +26,11 @@ class Audience {
   }
   bool contains(const ConnectionID& viewer) const { return viewers_.contains(viewer); }
   const ConnectionsSet& viewers() const { return viewers_; }
+  /// How many viewers speak for no seat.
+  std::size_t observers() const {
+    const auto speaks = [](const ConnectionID& connection) { return connection.isValid(); };
+    return viewers_.size() - static_cast<std::size_t>(std::count_if(connections_.begin(), connections_.end(), speaks));
+  }
 
   /// From now on the viewer, and no other one, speaks for the seat; the invalid id: nobody.
   void bind(const SeatID& seat, const ConnectionID& viewer) { connections_[seat.value()] = viewer; }

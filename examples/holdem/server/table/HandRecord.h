@@ -4,7 +4,9 @@
 #include <examples/holdem/server/table/Seats.h>
 #include <examples/holdem/server/table/TableSettings.h>
 
+#include <algorithm>
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -28,6 +30,11 @@ class HandRecord {
     actions_.push_back({street, seat, action, amount});
   }
   std::uint64_t number() const { return number_; }
+  std::size_t count(Street street, UserAction action) const {
+    return static_cast<std::size_t>(std::count_if(actions_.begin(), actions_.end(), [&](const Action& each) {
+      return each.street == street && each.action == action;
+    }));
+  }
   /// Of a hand that is over.
   std::string toJson(const TableSettings& table, const Hand& hand, Seats& seats) const;
 

@@ -32,6 +32,12 @@ struct Seat {
   const SeatID& id() const { return blinds.seat; }
 };
 
+/// A free seat that is kept for a player who is about to sit down.
+struct HeldSeat {
+  AccountID account{};
+  std::string name;
+};
+
 /// All seats of a table by their number.
 class Seats {
  public:

@@ -81,7 +81,7 @@ void Table::enter(const ConnectionID& viewer, AccountID account) {
 
 void Table::leave(const ConnectionID& viewer) {
   Seat* seat = seats_.find(audience_.remove(viewer));
-  if (seat == nullptr) return;
+  if (seat == nullptr) return changed();
   seat->awaySince = std::min(seat->awaySince, Clock::now());
   host_.onSeated(viewer, false);
   afterChange();
@@ -95,30 +95,46 @@ void Table::close() {
 
 ClientTableState Table::stateFor(const SeatID& viewer) {
   ClientTableState state;
-  const Stakes& stakes = settings_.stakes;
-  state.gameID = settings_.gameID;
-  state.tableName = settings_.name;
-  state.gameType = GameType::TexasHoldem;
-  state.limitType = stakes.limit;
-  state.smallBlind = stakes.smallBlind;
-  state.bigBlind = stakes.bigBlind;
-  state.lowBet = stakes.betOf(Street::PreFlop);
-  if (stakes.limit == LimitType::FixedLimit) state.highBet = stakes.betOf(Street::River);
-  state.minBuyIn = settings_.minBuyIn;
-  state.maxBuyIn = settings_.maxBuyIn;
-  state.maxSeats = static_cast<std::uint8_t>(settings_.seats);
-  state.replyTime = static_cast<std::uint16_t>(std::chrono::ceil<std::chrono::seconds>(settings_.replyTime).count());
+  describe(settings_, state);
   state.ownSeat = viewer;
   state.dealerSeat = blinds_.button();
-  seats_.forEach([&](const Seat& seat) {
+  forEachSeat([&](const SeatID& seat, const std::string& name, const RealMoneyType& stack, const RealMoneyType&,
+                  UserState standing) {
     ClientSeatState& shown = state.seats.emplace_back();
-    shown.seatID = seat.id();
-    shown.displayName = seat.name;
-    shown.money = dealer_.stackOf(seat);
-    shown.state = dealer_.stateOf(seat);
+    shown.seatID = seat;
+    shown.displayName = name;
+    shown.money = stack;
+    shown.state = standing;
   });
   dealer_.describe(state, viewer);
   return state;
+}
+
+void Table::changed() {
+  ++changes_;
+  host_.onTableChanged();
+}
+
+// Held seats
+
+SeatID Table::freeSeat() {
+  for (SeatID::value_type seat = 0; seat < settings_.seats && !closed_; ++seat) {
+    if (seats_.find(seat) == nullptr && !held_.contains(seat)) return seat;
+  }
+  return {};
+}
+
+void Table::hold(const SeatID& seat, const Account& account) {
+  held_[seat] = {account.id, account.name};
+  audience_.tellAll<SrvUserStateOnTable>(seat, account.name.c_str(), kZeroMoney, UserState::Reserved);
+  changed();
+}
+
+void Table::release(const SeatID& seat) {
+  const auto held = held_.extract(seat);
+  if (!held) return;
+  audience_.tellAll<SrvUserStateOnTable>(seat, held.mapped().name.c_str(), kZeroMoney, UserState::Empty);
+  changed();
 }
 
 // Seats and chips
@@ -132,6 +148,9 @@ RealMoneyType Table::lastStack(AccountID account) const {
 std::optional<SrvErrorCode> Table::whyNotSit(const Account& account, const SeatID& seat, const RealMoneyType& money) {
   if (closed_ || seats_.findAccount(account.id) != nullptr) return SrvErrorCode::NotAllowed;
   if (seat.value() >= settings_.seats || seats_.find(seat) != nullptr) return SrvErrorCode::SeatTaken;
+  if (const auto held = held_.find(seat); held != held_.end() && held->second.account != account.id) {
+    return SrvErrorCode::SeatTaken;
+  }
   const RealMoneyType last = lastStack(account.id);
   if (money < settings_.minBuyIn) return SrvErrorCode::NotEnoughMoney;
   if (money < last) return SrvErrorCode::LessThanLastSitting;
@@ -146,6 +165,7 @@ void Table::sitDown(const ConnectionID& viewer, const Account& account, const Se
     audience_.outbox().add<SrvSitError>(viewer, *error, kZeroMoney);
     return;
   }
+  held_.erase(seat);
   Seat& taken = seats_.take(seat);
   taken.account = account.id;
   taken.name = account.name;
@@ -301,7 +321,21 @@ void Table::onHandOver() {
   ++handsPlayed_;
   host_.finishHand(booking_, hand);
   for (const HandPlayer& player : hand.players()) seats_.find(player.seat)->stack = player.stack;
+  countHand(hand);
   handJustOver_ = true;
+}
+
+void Table::countHand(const Hand& hand) {
+  TableStatistics::PlayedHand played;
+  played.pot = hand.pots().rake();
+  for (const Pots::Share& pot : hand.pots()) played.pot += pot.amount;
+  played.dealt = static_cast<unsigned>(hand.players().size());
+  if (!hand.board().empty()) {
+    played.sawFlop = played.dealt - static_cast<unsigned>(dealer_.record().count(Street::PreFlop, UserAction::Fold));
+  }
+  played.began = handBegan_;
+  played.ended = Clock::now();
+  statistics_.add(played);
 }
 
 /// What follows from whatever has happened.
@@ -315,6 +349,7 @@ void Table::afterChange() {
     closeTold_ = true;
     host_.onTableClosed();
   }
+  changed();
 }
 
 void Table::afterHand() {
@@ -404,6 +439,7 @@ void Table::beginHand() {
   std::visit([&](auto& generator) { deck_.shuffle(generator); }, random_);
   if (script_) deck_.stack(script_->cards);
   script_.reset();
+  handBegan_ = Clock::now();
   dealer_.deal(host_.nextHandNumber(), *plan, deck_);
   afterChange();
 }

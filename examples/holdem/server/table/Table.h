@@ -5,6 +5,7 @@
 #include <examples/holdem/server/table/Dealer.h>
 #include <examples/holdem/server/table/Seats.h>
 #include <examples/holdem/server/table/TableSettings.h>
+#include <examples/holdem/server/table/TableStatistics.h>
 
 #include <asio/io_context.hpp>
 #include <asio/steady_timer.hpp>
@@ -31,6 +32,9 @@ class TableHost {
   /// A connection speaks for a seat now, or for none any more.
   virtual void onSeated(const ConnectionID& connection, bool seated) = 0;
   virtual void onHandOver(std::uint32_t gameID, std::uint64_t handsPlayed) = 0;
+  /// Table::changes() is another number than before. Comes before viewers of the table have heard of the change, and maybe
+  /// from inside a walk over the seats: not the time to call the table.
+  virtual void onTableChanged() = 0;
   /// The table has been closed and the last hand is over.
   virtual void onTableClosed() = 0;
 };
@@ -51,8 +55,38 @@ class Table final : private DealerHost {
   /// All hands that it was to play are played (TableSettings::mostHands): no other one will follow.
   bool isPlayedOut() const { return settings_.mostHands != 0 && handsPlayed_ >= settings_.mostHands; }
   const ConnectionsSet& viewers() const { return audience_.viewers(); }
+  /// No more hands, but for the one that is played.
+  bool isClosed() const { return closed_; }
+  /// Another number whenever something may have changed that is seen from outside: seats, chips, hands, who looks on.
+  std::uint64_t changes() const { return changes_; }
+  const TableStatistics& statistics() const { return statistics_; }
+  std::size_t players() const { return seats_.taken(); }
+  /// Those who look at the table without a seat there.
+  std::size_t observers() const { return audience_.observers(); }
+  /// 0 between hands.
+  std::uint64_t handNumber() const { return dealer_.isPlaying() ? dealer_.record().number() : 0; }
   /// Which seat an account has; none when it has none here.
   SeatID seatOf(AccountID account);
+  /// Calls `f(seat, name, stack, bet, state)` for each seat that is taken or held, in ascending order.
+  template <class F>
+  void forEachSeat(F&& f) {
+    for (SeatID::value_type i = 0; i < kMaxSeats; ++i) {
+      const SeatID id(i);
+      if (const Seat* seat = seats_.find(id)) {
+        const HandPlayer* player = dealer_.playerOf(id);
+        f(id, seat->name, dealer_.stackOf(*seat), player != nullptr ? player->bet : kZeroMoney, dealer_.stateOf(*seat));
+      } else if (const auto held = held_.find(id); held != held_.end()) {
+        f(id, held->second.name, kZeroMoney, kZeroMoney, UserState::Reserved);
+      }
+    }
+  }
+
+  /// A seat that is neither taken nor held; none when there is none, or the table is closed.
+  SeatID freeSeat();
+  /// Keeps a free seat for a player; all others find it taken.
+  void hold(const SeatID& seat, const Account& account);
+  /// Ends that, if the seat is still held.
+  void release(const SeatID& seat);
 
   /// Somebody looks at the table from now on: gets its state. A player of the table speaks for the own seat again.
   void enter(const ConnectionID& viewer, AccountID account);
@@ -87,6 +121,8 @@ class Table final : private DealerHost {
     RealMoneyType stack;
     Clock::time_point until;
   };
+  void changed();
+  void countHand(const Hand& hand);
   Seat* seatOf(const ConnectionID& viewer);
   RealMoneyType lastStack(AccountID account) const;
   ClientTableState stateFor(const SeatID& viewer);
@@ -113,6 +149,7 @@ class Table final : private DealerHost {
   TableHost& host_;
   Audience audience_;
   Seats seats_;
+  std::map<SeatID, HeldSeat> held_;
   Dealer dealer_;
   Blinds blinds_;
   Deck deck_;
@@ -127,6 +164,9 @@ class Table final : private DealerHost {
   bool closed_ = false;
   bool closeTold_ = false;
   std::uint64_t handsPlayed_ = 0;
+  std::uint64_t changes_ = 0;
+  Clock::time_point handBegan_;
+  TableStatistics statistics_;
   FinishedHand booking_;
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <CommandProcessor/types/ClientTableState.h>
 #include <examples/holdem/game/Stakes.h>
 
 #include <chrono>
@@ -9,6 +10,11 @@
 #include <string>
 
 namespace poker::holdem {
+
+/// A house has no more tables: lists of all of them stay well below what a client and the queues to it take.
+inline constexpr std::size_t kMostTables = 1000;
+/// Bytes of a table's name.
+inline constexpr std::size_t kLongestTableName = 40;
 
 /// What a table plays, and its manners.
 struct TableSettings {
@@ -33,5 +39,8 @@ struct TableSettings {
   std::optional<std::uint64_t>
       seed;  ///< repeatable cards, for tests and demonstrations; otherwise the system's randomness
 };
+
+/// Fills in what a table is, as it is told to clients.
+void describe(const TableSettings& settings, BaseTableState& state);
 
 }  // namespace poker::holdem
