@@ -233,7 +233,7 @@ TEST(Lobby, TellsEachSecondWhatHasChangedAndIsSilentOtherwise) {
   // Constant change is told once a second.
   const auto deadline = Clock::now() + 2500ms;
   place.runUntil([&] {
-    ben.send<ClConnectGame>(ben.count<SrvTableState>() % 2 + 1, "", "", nullptr, 0);
+    ben.enter(static_cast<unsigned>(ben.count<SrvTableState>() % 2 + 1));
     return !ben.isAnswered() || Clock::now() > deadline;
   });
   EXPECT_GE(viewer.count<SrvServerInfo>(), 2u);

@@ -196,11 +196,6 @@ void House::finishHand(const FinishedHand& booking, const Hand& hand) {
   highHands_.finishHand(booking, hand, isLast);
 }
 
-void House::onTableChanged() {
-  waitLists_.noteChange();
-  lobby_.noteChange();
-}
-
 void House::onHandOver(std::uint32_t gameID, std::uint64_t handsPlayed) {
   highHands_.tellNews();
   logLine(log_, 1, "hand-over game={} hands={}", gameID, handsPlayed);

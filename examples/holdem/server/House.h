@@ -120,7 +120,8 @@ class House final : private TableHost {
   void onSeated(const ConnectionID& connection, bool seated) override;
   void onHandOver(std::uint32_t gameID, std::uint64_t handsPlayed) override;
   void onTableClosed() override;
-  void onTableChanged() override;
+  void onTableChanged() override { lobby_.noteChange(); }
+  void onSeatsChanged(Table& table) override { waitLists_.noteChange(table); }
 
   WaitLists::Tables makeTables(asio::io_context& context, std::vector<TableSettings> settings);
   Table* findTable(std::uint32_t gameID);

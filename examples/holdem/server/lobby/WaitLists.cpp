@@ -57,7 +57,9 @@ void WaitLists::join(const ConnectionID& client, const Account& account, std::ui
                      const Description& wanted) {
   queues_[gameID].push_back({client, account, ++joined_, wanted});
   ++changes_;
-  isDue_ = true;
+  for (const auto& table : tables_) {
+    if (gameID == kAnyTable || gameID == table->settings().gameID) lookAgainAt(*table);
+  }
   outbox_.add<SrvAddToWaitListOk>(client, gameID);
 }
 
@@ -142,26 +144,31 @@ std::size_t WaitLists::length(std::uint32_t gameID) const {
 
 // Seats
 
+void WaitLists::noteChange(Table& table) {
+  if (!queues_.empty() || !invitations_.empty()) lookAgainAt(table);
+}
+
+void WaitLists::lookAgainAt(Table& table) {
+  if (std::find(due_.begin(), due_.end(), &table) == due_.end()) due_.push_back(&table);
+}
+
 void WaitLists::settle() {
-  if (!isDue_) return;
-  std::size_t closed = 0;
-  for (const auto& table : tables_) {
-    if (table->isClosed()) {
-      ++closed;
-      dismiss(*table);
+  for (std::size_t i = 0; i < due_.size(); ++i) {
+    if (due_[i]->isClosed()) {
+      dismiss(*due_[i]);
+      dismissTheHopeless();
     } else {
-      serve(*table);
+      serve(*due_[i]);
     }
   }
-  if (std::exchange(closedTables_, closed) != closed) dismissTheHopeless();
+  due_.clear();
   armTimer();
-  isDue_ = false;  // holding a seat is a change too, but makes none free
 }
 
 void WaitLists::serve(Table& table) {
-  while (const Waiter* next = nextFor(table)) {
-    const SeatID seat = table.freeSeat();
-    if (!seat.isValid()) return;
+  for (SeatID seat = table.freeSeat(); seat.isValid(); seat = table.freeSeat()) {
+    const Waiter* next = nextFor(table);
+    if (next == nullptr) return;
     invite(table, seat, Waiter(*next));
   }
 }
@@ -190,7 +197,6 @@ void WaitLists::endInvitation(Invitations::iterator invitation) {
   Table& table = *invitation->table;
   const SeatID seat = invitation->seat;
   invitations_.erase(invitation);
-  isDue_ = true;
   table.release(seat);
 }
 
@@ -235,7 +241,6 @@ void WaitLists::armTimer() {
                                              invitations_.front().table->settings().gameID);
         endInvitation(invitations_.begin());
       }
-      isDue_ = true;  // the timer for the next one is set when this event ends
     });
   });
 }

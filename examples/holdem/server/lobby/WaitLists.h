@@ -69,8 +69,8 @@ class WaitLists {
 
   /// The client sits down, or is gone: it waits nowhere any more, and no seat is held for it. It is told nothing.
   void forget(const ConnectionID& client);
-  /// Something has changed at a table.
-  void noteChange() { isDue_ = isDue_ || !queues_.empty() || !invitations_.empty(); }
+  /// Seats have changed at a table, or it is closed.
+  void noteChange(Table& table);
   /// Gives out the seats that have become free. To be called at the end of every event.
   void settle();
 
@@ -100,6 +100,7 @@ class WaitLists {
   template <class Which>
   std::size_t leaveQueue(std::uint32_t gameID, Which&& which);
   void leaveQueues(const ConnectionID& client);
+  void lookAgainAt(Table& table);
   void serve(Table& table);
   const Waiter* nextFor(Table& table) const;
   void invite(Table& table, const SeatID& seat, const Waiter& waiter);
@@ -118,8 +119,7 @@ class WaitLists {
   Clock::time_point timerFor_ = Clock::time_point::max();  // never
   std::uint64_t joined_ = 0;
   std::uint64_t changes_ = 0;
-  std::size_t closedTables_ = 0;
-  bool isDue_ = false;
+  std::vector<Table*> due_;  // tables to look at when the event ends
 };
 
 }  // namespace poker::holdem

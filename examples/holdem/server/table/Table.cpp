@@ -89,6 +89,7 @@ void Table::leave(const ConnectionID& viewer) {
 
 void Table::close() {
   closed_ = true;
+  host_.onSeatsChanged(*this);
   handTimer_.cancel();
   afterChange();
 }
@@ -134,6 +135,7 @@ void Table::release(const SeatID& seat) {
   const auto held = held_.extract(seat);
   if (!held) return;
   audience_.tellAll<SrvUserStateOnTable>(seat, held.mapped().name.c_str(), kZeroMoney, UserState::Empty);
+  host_.onSeatsChanged(*this);
   changed();
 }
 
@@ -173,6 +175,7 @@ void Table::sitDown(const ConnectionID& viewer, const Account& account, const Se
   taken.blinds.owesBig = true;
   audience_.bind(seat, viewer);
   host_.onSeated(viewer, true);
+  host_.onSeatsChanged(*this);
   audience_.outbox().add<SrvSitOk>(viewer, seat);
   taken.announced = dealer_.stateOf(taken);
   audience_.tellAll<SrvUserStateOnTable>(seat, taken.name.c_str(), taken.stack, taken.announced);
@@ -196,6 +199,7 @@ void Table::standUp(Seat& seat) {
   audience_.tellAll<SrvUserStateOnTable>(id, seat.name.c_str(), kZeroMoney, UserState::Empty);
   dealer_.forget(id);
   seats_.free(id);
+  host_.onSeatsChanged(*this);
   audience_.tellAll<SrvPlayerLeave>(settings_.gameID, static_cast<unsigned>(seats_.taken()));
   if (!connection.isValid()) return;
   audience_.bind(id, ConnectionID());
@@ -368,7 +372,10 @@ void Table::afterHand() {
       audience_.tellSeat<OutOfMoney>(seat.id(), bank_.balance(seat.account), SrvErrorCode::NotEnoughMoney);
     }
   });
-  if (isPlayedOut()) closed_ = true;
+  if (isPlayedOut()) {
+    closed_ = true;
+    host_.onSeatsChanged(*this);
+  }
   host_.onHandOver(settings_.gameID, handsPlayed_);
 }
 

@@ -19,6 +19,8 @@
 
 namespace poker::holdem {
 
+class Table;
+
 /// What a table needs of the server around it.
 class TableHost {
  public:
@@ -32,9 +34,13 @@ class TableHost {
   /// A connection speaks for a seat now, or for none any more.
   virtual void onSeated(const ConnectionID& connection, bool seated) = 0;
   virtual void onHandOver(std::uint32_t gameID, std::uint64_t handsPlayed) = 0;
-  /// Table::changes() is another number than before. Comes before viewers of the table have heard of the change, and maybe
-  /// from inside a walk over the seats: not the time to call the table.
+
+  // Come maybe in the middle of a change, several times in one event: the table may be looked at when the event ends.
+
+  /// Table::changes() is another number than before.
   virtual void onTableChanged() = 0;
+  /// A seat has been taken or given up, or nobody may sit down there any more.
+  virtual void onSeatsChanged(Table& table) = 0;
   /// The table has been closed and the last hand is over.
   virtual void onTableClosed() = 0;
 };
