@@ -38,8 +38,7 @@ class HeldList {
       ++changes;
     }
     for (const std::uint32_t gameID : update.removedTables) {
-      EXPECT_EQ(tables.erase(gameID), 1u);
-      ++changes;
+      changes += tables.erase(gameID);  // it may have come and gone meanwhile
     }
     version = update.version;
   }
@@ -73,7 +72,6 @@ TEST(TableList, GivesWhoeverHasAnyOfItsVersionsTheSameList) {
     if (drawBelow(random, 3) != 0) continue;
     HeldList& holder = holders[drawBelow(random, holders.size())];
     list.changesSince(holder.version, update);
-    // A table that came back after it had gone may be told to one who never heard that it was gone.
     holder.apply(update);
     ASSERT_EQ(holder.tables.size(), truth.size());
     for (auto& [id, line] : truth) {
@@ -183,6 +181,7 @@ TEST(Lobby, AListMadeOfUpdatesIsTheListItself) {
     });
     viewer.forget();
     fresh.send<ClGetServerInfo>(kNoList, kRingGames, 0u);
+    ASSERT_TRUE(fresh.isAnswered());
   }
   EXPECT_GE(held.changes, 600u);
   EXPECT_GE(compared, 60u);
@@ -230,15 +229,14 @@ TEST(Lobby, TellsEachSecondWhatHasChangedAndIsSilentOtherwise) {
   place.runUntil([] { return false; }, 1300ms);
   EXPECT_EQ(viewer.count<SrvServerInfo>() + viewer.count<SrvServerCountersInfo>() + viewer.count<SrvNews>(), 0u);
 
-  // Constant change is told once a second.
-  const auto deadline = Clock::now() + 2500ms;
-  place.runUntil([&] {
-    ben.enter(static_cast<unsigned>(ben.count<SrvTableState>() % 2 + 1));
-    return !ben.isAnswered() || Clock::now() > deadline;
-  });
-  EXPECT_GE(viewer.count<SrvServerInfo>(), 2u);
-  EXPECT_LE(viewer.count<SrvServerInfo>(), 3u);
-  // The news of maintenance come by themselves; who looks away hears nothing more.
+  // However soon the next change comes, it is told a second after the last one.
+  const auto start = Clock::now();
+  for (unsigned told = 1; told <= 3; ++told) {
+    ben.enter((told + 1) % 2 + 1);
+    ASSERT_TRUE(viewer.waitFor([&] { return viewer.count<SrvServerInfo>() == told; }));
+  }
+  EXPECT_GE(Clock::now() - start, 2s);
+  // The news of maintenance comes by itself; who looks away hears nothing more.
   place.server.announceMaintenance();
   ASSERT_TRUE(viewer.hears<SrvNews>() != nullptr);
   EXPECT_STREQ(viewer.heard<SrvNews>()->news(SrvNewsType::Maintenance), "Back soon.");
@@ -263,7 +261,7 @@ TEST(Lobby, ShowsATableAsItIs) {
   ann.sitDown(2, 100);
   ASSERT_TRUE(ann.hears<SrvSitOk>() != nullptr);
   ben.sitDown(0, 50);
-  ASSERT_TRUE(ben.hears<SrvSitOk>() != nullptr);
+  ASSERT_TRUE(ben.hears<SrvSitOk>() != nullptr && dee.isAnswered());
   viewer.send<ClGetGameInfo>(1u, 0u, 0u);
   const SrvGameInfo* told = viewer.hears<SrvGameInfo>();
   ASSERT_TRUE(told != nullptr);

@@ -34,6 +34,8 @@ class TableHost {
   /// A connection speaks for a seat now, or for none any more.
   virtual void onSeated(const ConnectionID& connection, bool seated) = 0;
   virtual void onHandOver(std::uint32_t gameID, std::uint64_t handsPlayed) = 0;
+  /// The table has been closed and the last hand is over.
+  virtual void onTableClosed() = 0;
 
   // Come maybe in the middle of a change, several times in one event: the table may be looked at when the event ends.
 
@@ -41,8 +43,6 @@ class TableHost {
   virtual void onTableChanged() = 0;
   /// A seat has been taken or given up, or nobody may sit down there any more.
   virtual void onSeatsChanged(Table& table) = 0;
-  /// The table has been closed and the last hand is over.
-  virtual void onTableClosed() = 0;
 };
 
 /// A table: who sits there with how much, who looks on, and when the next hand begins. Everything that it says goes to the

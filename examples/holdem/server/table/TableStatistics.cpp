@@ -32,10 +32,10 @@ std::uint32_t TableStatistics::handsPerHour() const {
   if (played_ == 0) return 0;
   const PlayedHand& oldest = hands_[played_ < kHands ? 0 : played_ % kHands];
   const PlayedHand& last = hands_[(played_ - 1) % kHands];
-  const std::chrono::duration<double, std::ratio<3600>> hours = last.ended - oldest.began;
-  if (hours.count() <= 0) return 0;
-  const double pace = static_cast<double>(count()) / hours.count();
-  return static_cast<std::uint32_t>(std::min<double>(pace, std::numeric_limits<std::uint32_t>::max()));
+  const std::chrono::nanoseconds passed = last.ended - oldest.began;
+  if (passed.count() <= 0) return 0;
+  const auto hands = static_cast<std::int64_t>(count()) * std::chrono::nanoseconds(std::chrono::hours(1)) / passed;
+  return static_cast<std::uint32_t>(std::min<std::int64_t>(hands, std::numeric_limits<std::uint32_t>::max()));
 }
 
 }  // namespace poker::holdem
