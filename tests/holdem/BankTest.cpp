@@ -217,6 +217,38 @@ TEST(Bank, OpensNoFileThatIsNotItsOwn) {
   EXPECT_THROW(Bank({":memory:", 99}), BankError);
 }
 
+// A bank of the first version knew of a hand who played it, and the rest by its record alone.
+TEST(Bank, BringsAnOlderFileUpToDate) {
+  const TempFolder folder;
+  const std::string file = folder.file("old");
+  const std::pair<std::uint64_t, const char*> hands[] = {
+      {3, R"({"hand": 3, "began": 1795000000})"}, {4, "no record"}, {7, R"({"hand": 7, "began": 1795000100})"}};
+  AccountID anna{};
+  {
+    Bank bank(settings(file));
+    anna = bank.openAccount("Anna", "secret", "", cents(500)).value();
+    ASSERT_TRUE(bank.sitDown(anna, 2, 0, cents(500)));
+    for (const auto& [number, record] : hands) {
+      bank.finishHand({2, number, record, {{anna, cents(500), cents(500), false}}, kZeroMoney});
+    }
+  }
+  SQLite::Database(file, SQLite::OPEN_READWRITE)
+      .exec(
+          "ALTER TABLE hand_player DROP COLUMN game; ALTER TABLE hand_player DROP COLUMN began;"
+          "ALTER TABLE hand_player DROP COLUMN ended; PRAGMA user_version = 1");
+  for (int opening = 0; opening < 2; ++opening) {
+    Bank bank(settings(file));
+    HandFilter filter;
+    filter.game = 2;
+    EXPECT_EQ(bank.handsOf(anna, 10, filter), (std::vector<std::uint64_t>{7, 4, 3}));
+    filter.from = filter.to = HandFilter::Time(std::chrono::seconds(1'795'000'000));
+    EXPECT_EQ(bank.handsOf(anna, 10, filter), std::vector<std::uint64_t>{3});
+    filter.game = 1;
+    EXPECT_EQ(bank.handsOf(anna, 10, filter), std::vector<std::uint64_t>{});
+    EXPECT_EQ(bank.standings().front().handsPlayed, 3);
+  }
+}
+
 /// The operation number `i`, from 0, of games between accounts 1 and 2.
 void play(Bank& bank, std::uint32_t i) {
   const AccountID player{i % 2 + 1};

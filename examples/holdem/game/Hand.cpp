@@ -12,6 +12,7 @@ void Hand::begin(const Stakes& stakes, const HandPlan& plan, Deck& deck) {
   street_ = Street::PreFlop;
   boardSize_ = 0;
   finalistCount_ = 0;
+  wins_.clear();
   over_ = false;
   betting_.beginPreFlop(stakes_);
   postBlinds();
@@ -150,7 +151,8 @@ void Hand::showOrMuck() {
 }
 
 void Hand::award() {
-  for (const Pots::Share& pot : pots_) {
+  for (std::size_t number = 0; number < pots_.size(); ++number) {
+    const Pots::Share& pot = pots_[number];
     std::array<std::size_t, kMaxSeats> winners;
     std::size_t count = 0;
     HandValue best;
@@ -168,6 +170,7 @@ void Hand::award() {
     for (std::size_t i = 0; i < count; ++i) {
       players_[winners[i]].won += shares_[i];
       players_[winners[i]].stack += shares_[i];
+      wins_.push_back({static_cast<std::uint8_t>(number), static_cast<std::uint8_t>(winners[i]), shares_[i]});
     }
   }
 }

@@ -77,6 +77,14 @@ class Hand {
   const Pots& pots() const { return pots_; }
   /// At the end: those who were in, the first one to show first; indexes into players().
   std::span<const std::uint8_t> finalists() const { return {finalists_.data(), finalistCount_}; }
+  /// What a player got of one pot; indexes into pots() and players().
+  struct Win {
+    std::uint8_t pot;
+    std::uint8_t player;
+    RealMoneyType amount;
+  };
+  /// At the end: pot by pot.
+  std::span<const Win> wins() const { return wins_; }
   /// At the end: the value of a player's cards, when there were five on the board.
   HandValue valueOf(const HandPlayer& player) const;
 
@@ -106,6 +114,7 @@ class Hand {
   std::array<std::uint8_t, kMaxSeats> finalists_{};
   std::size_t finalistCount_ = 0;
   std::vector<RealMoneyType> shares_;
+  std::vector<Win> wins_;
   bool over_ = true;
 };
 

@@ -10,6 +10,7 @@
 #include <iterator>
 #include <limits>
 #include <system_error>
+#include <utility>
 
 namespace poker::holdem {
 namespace {
@@ -106,9 +107,21 @@ constexpr const char* kLobbyVersions = R"sql(
   INSERT INTO lobby VALUES(1, strftime('%s', 'now'));
 )sql";
 
+// Where and when a hand was played, beside who played it: whoever looks for hands finds them in one walk through the
+// account's own rows. Of hands before this step only the beginning is known.
+constexpr const char* kTimesOfHands = R"sql(
+  ALTER TABLE hand_player ADD COLUMN game INTEGER NOT NULL DEFAULT 0;
+  ALTER TABLE hand_player ADD COLUMN began INTEGER NOT NULL DEFAULT 0;
+  ALTER TABLE hand_player ADD COLUMN ended INTEGER NOT NULL DEFAULT 0;
+  UPDATE hand_player SET (game, began) =
+    (SELECT game, coalesce(CASE WHEN json_valid(record) THEN CAST(record ->> '$.began' AS INTEGER) END, 0)
+     FROM hand WHERE number = hand);
+  UPDATE hand_player SET ended = began;
+)sql";
+
 // Each step brings a bank to the next version, a new file to the newest. A step is never changed: there are banks that have
 // made it.
-constexpr const char* kSchemaSteps[] = {kMoneyAndHands, kMembersAndPromotions, kLobbyVersions};
+constexpr const char* kSchemaSteps[] = {kMoneyAndHands, kMembersAndPromotions, kLobbyVersions, kTimesOfHands};
 constexpr auto kSchemaVersion = static_cast<int>(std::size(kSchemaSteps));
 
 /// The file holds password hashes and addresses: when it is new, it is made for its owner alone. SQLite gives its
@@ -128,13 +141,13 @@ SQLite::Database openDatabase(const std::string& file) {
   database.exec("PRAGMA locking_mode = EXCLUSIVE");
 
   const int application = database.execAndGet("PRAGMA application_id");
-  const int version = database.execAndGet("PRAGMA user_version");
+  int version = database.execAndGet("PRAGMA user_version");
   const bool isNew = database.execAndGet("SELECT count(*) FROM sqlite_schema").getInt() == 0;
   if (!isNew && application != kApplicationID)
     throw BankError(fmt::format("{} is the database of something else", file));
   if (!isNew && (version < 1 || version > kSchemaVersion)) {
-    throw BankError(
-        fmt::format("{} has version {} of the bank; this server knows version {}", file, version, kSchemaVersion));
+    throw BankError(fmt::format("{} has version {} of the bank; this server knows versions up to {}", file, version,
+                                kSchemaVersion));
   }
 
   // A commit is a write to the log, which the system has then, whatever becomes of this process. It reaches the disk with
@@ -187,6 +200,32 @@ void checkSums(const FinishedHand& hand) {
                               before.toString(), after.toString(), hand.rake.toString()));
 }
 
+/// Stretches of time, in which a moment is found fast however many they are.
+class SpanSet {
+ public:
+  explicit SpanSet(std::vector<HandFilter::Span> spans) {
+    std::sort(spans.begin(), spans.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+    for (const HandFilter::Span& span : spans) {
+      if (span.last < span.first) continue;
+      if (!spans_.empty() && span.first <= spans_.back().last) {
+        spans_.back().last = std::max(spans_.back().last, span.last);
+      } else {
+        spans_.push_back(span);
+      }
+    }
+  }
+
+  /// Whether one of them has a moment from `first` to `last`.
+  bool meets(HandFilter::Time first, HandFilter::Time last) const {
+    const auto beginsBefore = [](HandFilter::Time time, const HandFilter::Span& span) { return time < span.first; };
+    const auto after = std::upper_bound(spans_.begin(), spans_.end(), last, beginsBefore);
+    return after != spans_.begin() && std::prev(after)->last >= first;
+  }
+
+ private:
+  std::vector<HandFilter::Span> spans_;  // ascending, apart from each other
+};
+
 }  // namespace
 
 /// The database and all statements on it.
@@ -222,7 +261,8 @@ struct Bank::Store {
       "SELECT account, name, seat, stack FROM seat JOIN account ON id = account WHERE game = ?1 ORDER BY seat"};
 
   Statement addHand{database, "INSERT INTO hand(number, game, rake, record) VALUES(?1, ?2, ?3, ?4)"};
-  Statement addHandOf{database, "INSERT INTO hand_player(account, hand) VALUES(?1, ?2)"};
+  Statement addHandOf{database,
+                      "INSERT INTO hand_player(account, hand, game, began, ended) VALUES(?1, ?2, ?3, ?4, ?5)"};
   Statement changeStack{database, "UPDATE seat SET stack = ?4 WHERE account = ?1 AND game = ?2 AND stack = ?3"};
   Statement countHand{database,
                       "UPDATE account SET hands_played = hands_played + 1, hands_won = hands_won + ?2 WHERE id = ?1"};
@@ -230,7 +270,15 @@ struct Bank::Store {
   Statement reserveVersions{database, "UPDATE lobby SET next_version = next_version + ?1 RETURNING next_version - ?1"};
   Statement lastHand{database, "SELECT coalesce(max(number), 0) FROM hand"};
   Statement record{database, "SELECT record FROM hand WHERE number = ?1"};
-  Statement handsOf{database, "SELECT hand FROM hand_player WHERE account = ?1 ORDER BY hand DESC LIMIT ?2"};
+  Statement recordOf{database,
+                     "SELECT record FROM hand JOIN hand_player ON hand = number WHERE number = ?1 AND account = ?2"};
+  Statement handsOf{database,
+                    "SELECT hand, began, ended FROM hand_player AS own WHERE account = ?1"
+                    " AND (?2 IS NULL OR game = ?2) AND (?3 IS NULL OR began >= ?3) AND (?4 IS NULL OR began <= ?4)"
+                    " AND (?5 IS NULL OR EXISTS"
+                    "  (SELECT 1 FROM hand_player AS other WHERE other.account = ?5 AND other.hand = own.hand))"
+                    " ORDER BY hand DESC"};
+  Statement handsPlayed{database, "SELECT hands_played FROM account WHERE id = ?1"};
 
   Statement standings{database,
                       "SELECT name, issued, balance, coalesce(stack, 0), hands_played, hands_won "
@@ -339,7 +387,7 @@ void Bank::finishHand(const FinishedHand& hand, const std::function<void()>& als
                                     sqlValue(player.account), player.before.toString()));
       }
       Query(store_->countHand, player.account, player.won).run();
-      Query(store_->addHandOf, player.account, hand.number).run();
+      Query(store_->addHandOf, player.account, hand.number, hand.game, hand.began, hand.ended).run();
     }
     Query(store_->addRake, hand.rake).run();
     if (alsoWrite) alsoWrite();
@@ -429,10 +477,34 @@ std::optional<std::string> Bank::handRecord(std::uint64_t number) {
   });
 }
 
-std::vector<std::uint64_t> Bank::handsOf(AccountID account, std::size_t most) {
+std::optional<std::string> Bank::handRecord(std::uint64_t number, AccountID player) {
+  return guarded("reading hands", [&]() -> std::optional<std::string> {
+    Query row(store_->recordOf, number, player);
+    if (!row.next()) return std::nullopt;
+    return row.text(0);
+  });
+}
+
+std::vector<std::uint64_t> Bank::handsOf(AccountID account, std::size_t most, const HandFilter& filter) {
+  std::optional<SpanSet> playedAt;
+  if (filter.playedAt) playedAt.emplace(*filter.playedAt);
+  const auto handsPlayed = [this](AccountID player) {
+    Query row(store_->handsPlayed, player);
+    return row.next() ? row.number(0) : 0;
+  };
   return guarded("reading hands", [&] {
     std::vector<std::uint64_t> numbers;
-    for (Query row(store_->handsOf, account, most); row.next();) {
+    std::optional<AccountID> other;
+    if (filter.opponent) {
+      Query found(store_->findAccount, *filter.opponent);
+      if (!found.next()) return numbers;
+      other = found.account(0);
+      // Whose hands we walk through and whose we look up makes no difference but in time.
+      if (handsPlayed(*other) < handsPlayed(account)) std::swap(*other, account);
+    }
+    Query row(store_->handsOf, account, filter.game, filter.from, filter.to, other);
+    while (numbers.size() < most && row.next()) {
+      if (playedAt && !playedAt->meets(row.time(1), row.time(2))) continue;
       numbers.push_back(static_cast<std::uint64_t>(row.number(0)));
     }
     return numbers;

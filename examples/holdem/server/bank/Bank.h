@@ -4,6 +4,7 @@
 #include <CommandProcessor/types/TypeWrapper.h>
 #include <examples/holdem/server/bank/Password.h>
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -84,6 +85,23 @@ struct FinishedHand {
   std::string record;    ///< JSON, for replays; the bank does not look into it
   std::vector<Player> players;
   RealMoneyType rake;
+  std::chrono::sys_seconds began{};
+  std::chrono::sys_seconds ended{};
+};
+
+/// Which of the hands that an account played are wanted: those that meet every criterion that is set.
+struct HandFilter {
+  using Time = std::chrono::sys_seconds;
+  struct Span {
+    Time first;
+    Time last;
+  };
+
+  std::optional<std::uint32_t> game;
+  std::optional<std::string> opponent;        ///< played the hand, too; the name, in upper or lower case
+  std::optional<Time> from;                   ///< the hand began then or later
+  std::optional<Time> to;                     ///< the hand began then or earlier
+  std::optional<std::vector<Span>> playedAt;  ///< some moment of the hand lies in one of these
 };
 
 /// The database cannot be used, or the host asked for what cannot be. Nothing has changed.
@@ -169,8 +187,10 @@ class Bank {
   Audit audit();
   /// @return nothing when there is no such hand
   std::optional<std::string> handRecord(std::uint64_t number);
-  /// The numbers of the hands that the account played, newest first.
-  std::vector<std::uint64_t> handsOf(AccountID account, std::size_t most);
+  /// @return nothing when there is no such hand, or the account did not play it
+  std::optional<std::string> handRecord(std::uint64_t number, AccountID player);
+  /// The numbers of the hands that the account played, newest first, and no more than `most`.
+  std::vector<std::uint64_t> handsOf(AccountID account, std::size_t most, const HandFilter& filter = {});
 
   /// For classes that keep in the same file what is no money; all tables are made by the bank. Lives as long as the bank.
   SQLite::Database& database();

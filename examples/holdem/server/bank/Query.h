@@ -5,8 +5,10 @@
 
 #include <fmt/format.h>
 
+#include <chrono>
 #include <concepts>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -19,6 +21,7 @@ inline std::int64_t sqlValue(RealMoneyType amount) { return amount.hundredths();
 inline std::int64_t sqlValue(SeatID seat) { return seat.value(); }
 inline std::int64_t sqlValue(AccountID account) { return static_cast<std::int64_t>(account); }
 std::int64_t sqlValue(std::integral auto number) { return static_cast<std::int64_t>(number); }
+inline std::int64_t sqlValue(std::chrono::sys_seconds time) { return time.time_since_epoch().count(); }
 inline const std::string& sqlValue(const std::string& text) { return text; }
 
 /// Bytes that are no text, and not empty. They come out again as Query::text() does.
@@ -49,12 +52,24 @@ class Query {
   std::int64_t number(int column) const { return statement_.getColumn(column).getInt64(); }
   RealMoneyType money(int column) const { return RealMoneyType::fromHundredths(number(column)); }
   AccountID account(int column) const { return AccountID{number(column)}; }
+  std::chrono::sys_seconds time(int column) const {
+    return std::chrono::sys_seconds(std::chrono::seconds(number(column)));
+  }
   std::string text(int column) const { return statement_.getColumn(column).getString(); }
 
  private:
   void bind(int position, const auto& value) { statement_.bind(position, sqlValue(value)); }
   void bind(int position, const SqlBytes& value) {
     statement_.bind(position, value.bytes.data(), static_cast<int>(value.bytes.size()));
+  }
+  /// Nothing is NULL.
+  template <class T>
+  void bind(int position, const std::optional<T>& value) {
+    if (value) {
+      bind(position, *value);
+    } else {
+      statement_.bind(position);
+    }
   }
 
   SQLite::Statement& statement_;

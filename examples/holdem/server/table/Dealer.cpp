@@ -184,7 +184,7 @@ void Dealer::tell(const HandPlayer& player, UserAction action) {
 }
 
 void Dealer::onBlind(const HandPlayer& player, UserAction blind, const RealMoneyType& amount) {
-  record_.add(Street::PreFlop, player.seat, blind, amount);
+  record_.add(Street::PreFlop, player.seat, blind, amount, player.dead);
   audience_.tellAll<SrvPostBlind>(player.seat, actionBit(blind));
   tell(player, blind);
 }
@@ -282,6 +282,7 @@ void Dealer::onTurnedUp(const HandPlayer& player) {
 bool Dealer::showsAnyway(const HandPlayer& player) { return hasChosen(player.seat, UserAction::ShowCards); }
 
 void Dealer::onOver() {
+  record_.end();
   host_.onHandOver();
   const bool contested = hand_.finalists().size() > 1;
   CommandHandle<SrvTUShowDown> showDown = make<SrvTUShowDown>(hand_.pots().rake());

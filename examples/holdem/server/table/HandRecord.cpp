@@ -8,7 +8,7 @@ namespace poker::holdem {
 
 void HandRecord::begin(std::uint64_t number) {
   number_ = number;
-  began_ = std::chrono::system_clock::now();
+  began_ = ended_ = std::chrono::system_clock::now();
   actions_.clear();
 }
 
@@ -30,22 +30,34 @@ std::string HandRecord::toJson(const TableSettings& table, const Hand& hand, Sea
                        {"seat", action.seat.value()},
                        {"action", actionBit(action.action)},
                        {"amount", action.amount.hundredths()}});
+    if (action.action == UserAction::Post) actions.back()["dead"] = action.dead.hundredths();
   }
   Json pots = Json::array();
   for (const Pots::Share& pot : hand.pots()) pots.push_back(pot.amount.hundredths());
+  Json finalists = Json::array();
+  for (const std::uint8_t index : hand.finalists()) finalists.push_back(hand.players()[index].seat.value());
+  Json wins = Json::array();
+  for (const Hand::Win& win : hand.wins()) {
+    wins.push_back(
+        {{"pot", win.pot}, {"seat", hand.players()[win.player].seat.value()}, {"amount", win.amount.hundredths()}});
+  }
   const Json record = {{"hand", number_},
                        {"game", table.gameID},
                        {"table", table.name},
+                       {"seats", table.seats},
                        {"limit", table.stakes.limit == LimitType::FixedLimit ? "fixed-limit" : "no-limit"},
                        {"smallBlind", table.stakes.smallBlind.hundredths()},
                        {"bigBlind", table.stakes.bigBlind.hundredths()},
-                       {"began", std::chrono::duration_cast<std::chrono::seconds>(began_.time_since_epoch()).count()},
+                       {"began", began().time_since_epoch().count()},
+                       {"ended", ended().time_since_epoch().count()},
                        {"button", hand.plan().button.value()},
                        {"board", toText(hand.board())},
                        {"rake", hand.pots().rake().hundredths()},
                        {"pots", std::move(pots)},
                        {"players", std::move(players)},
-                       {"actions", std::move(actions)}};
+                       {"actions", std::move(actions)},
+                       {"finalists", std::move(finalists)},
+                       {"wins", std::move(wins)}};
   return record.dump();
 }
 

@@ -317,6 +317,8 @@ void Table::onHandOver() {
   booking_.number = dealer_.record().number();
   booking_.record = dealer_.record().toJson(settings_, hand, seats_);
   booking_.rake = hand.pots().rake();
+  booking_.began = dealer_.record().began();
+  booking_.ended = dealer_.record().ended();
   booking_.players.clear();
   for (const HandPlayer& player : hand.players()) {
     const Seat& seat = *seats_.find(player.seat);
