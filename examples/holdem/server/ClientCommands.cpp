@@ -190,6 +190,20 @@ void ClientCommands::onClGetHighHand(Results& results, ClGetHighHand& request) {
   answer<SrvHighHandInfo>(results, request, house_.highHands().info(request.showFinished()));
 }
 
+// Hands that were played
+
+void ClientCommands::onClGetHandHistory(Results& results, const ClGetHandHistory& request) {
+  house_.forPlayer(request.getConnID(), [&](const Account& player) {
+    HandHistory& history = house_.history();
+    StringVector texts;  // none of a tournament: there is none with that number
+    if (!request.isTourRequiest()) {
+      texts = request.isGameData() ? history.latestAt(player, request.getData())
+                                   : history.textOf(player, request.getData());
+    }
+    answer<SrvRplHandHistory>(results, request, texts);
+  });
+}
+
 // Accounts
 
 void ClientMiscCommands::processCommand(PokerCommandTmpl<ClientMiscCmdProcessorType>& command) {
@@ -251,6 +265,19 @@ void ClientMiscCommands::onClUpdateUserPic(const ClUpdateUserPic& request) {
       const std::string why =
           fmt::format("A picture is a PNG, JPEG or GIF file of {} KB at most.", Members::kLargestPicture / 1024);
       house_.outbox().add<SrvAdminMsg>(request.getConnID(), "Picture", why.c_str(), std::uint8_t{0});
+    }
+  });
+}
+
+// Hands that were played
+
+void ClientMiscCommands::onClRplGetHandHistory(ClRplGetHandHistory& request) {
+  house_.forPlayer(request.getConnID(), [&](const Account& player) {
+    const ReplayRequestInfo& wanted = request.requestInfo();
+    if (wanted.listOnly()) {
+      house_.outbox().add<SrvRplHandHistoryList>(request.getConnID(), house_.history().numbers(player, wanted));
+    } else {
+      house_.outbox().add<SrvRplHandHistory>(request.getConnID(), house_.history().texts(player, wanted));
     }
   });
 }

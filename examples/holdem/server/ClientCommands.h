@@ -55,6 +55,8 @@ class ClientCommands final : public ClientCmdProcessor {
   void onClScriptSetDealer(Results& results, ClScriptSetDealer& script) override;
   void onClGetHighHand(Results& results, ClGetHighHand& request) override;
 
+  void onClGetHandHistory(Results& results, const ClGetHandHistory& request) override;
+
  private:
   /// Puts a T for the request's sender into the results.
   template <class T, class... Args>
@@ -77,6 +79,7 @@ class ClientMiscCommands final : public ClientMiscCmdProcessor {
   void processCommand(PokerCommandTmpl<ClientMiscCmdProcessorType>& command) override;
 
   void onClMakeNewAccount(ClMakeNewAccount& request) override;
+  void onClRplGetHandHistory(ClRplGetHandHistory& request) override;
 
   void onClGetPlayerProfile(const ClGetPlayerProfile& request) override;
   void onClUpdatePlayerProfile(const ClUpdatePlayerProfile& request) override;

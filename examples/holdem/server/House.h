@@ -4,6 +4,7 @@
 #include <LogUtil/Log.h>
 #include <examples/holdem/server/Outbox.h>
 #include <examples/holdem/server/bank/Bank.h>
+#include <examples/holdem/server/history/HandHistory.h>
 #include <examples/holdem/server/lobby/Lobby.h>
 #include <examples/holdem/server/lobby/WaitLists.h>
 #include <examples/holdem/server/members/Members.h>
@@ -65,6 +66,7 @@ class House final : private TableHost {
   HighHands& highHands() { return highHands_; }
   Lobby& lobby() { return lobby_; }
   WaitLists& waitLists() { return waitLists_; }
+  HandHistory& history() { return history_; }
   const std::vector<std::unique_ptr<Table>>& tables() const { return tables_; }
   Log& log() { return log_; }
 
@@ -131,6 +133,7 @@ class House final : private TableHost {
   Log& log_;
   Bank bank_;
   Members members_;
+  HandHistory history_{bank_, log_};
   RealMoneyType gift_;
   Outbox outbox_;
   HighHands highHands_;
