@@ -114,7 +114,8 @@ class Recorder final : public Room {
   Bytes lastFrame_;
 };
 
-/// Plays them at the first call.
+}  // namespace
+
 const PlayedHands& playedHands() {
   static const PlayedHands played = [] {
     Log::setSink([](const LogRecord&) {});
@@ -124,6 +125,8 @@ const PlayedHands& playedHands() {
   }();
   return played;
 }
+
+namespace {
 
 /// As a client sends a move: a turn is acknowledged and answered in one write.
 Bytes framesOf(const Move& move) {

@@ -179,6 +179,9 @@ struct PlayedHands {
   static constexpr std::uint64_t kSampleHands = 50;
 };
 
+/// Plays them at the first call.
+const PlayedHands& playedHands();
+
 template <class T>
 bool isFrameOf(std::span<const std::uint8_t> frame) {
   return frame[4] == CommandInfo<T>::code && frame[5] == static_cast<std::uint8_t>(CommandInfo<T>::family);
