@@ -1,59 +1,28 @@
 #pragma once
 
-#include <CommandProcessor/commands/AllCommands.h>
-#include <CommandProcessor/core/CmdDispatcher.h>
-#include <CommandProcessor/core/CommandsResult.h>
-#include <CommandProcessor/core/SrvCmdProcessor.h>
-#include <examples/holdem/client/Later.h>
+#include <examples/holdem/client/HouseClient.h>
 #include <examples/holdem/client/TablePicture.h>
-#include <examples/holdem/shared/Endpoint.h>
-#include <hostkit/CommandHandle.h>
-#include <hostkit/TcpSession.h>
 
 #include <chrono>
 #include <cstdint>
-#include <functional>
-#include <memory>
 #include <optional>
-#include <span>
 #include <string>
-#include <string_view>
-#include <utility>
 
 namespace poker::holdem {
 
-struct PlayerSettings {
-  Endpoint server;
-  std::string name;
-  std::string password;
-  bool registers = false;  ///< asks for an account first; that the name is taken is fine then, it may be its own
+struct PlayerSettings : HouseSettings {
   std::uint32_t gameID = 1;
   std::string tablePassword;  ///< of a private table
   bool sitsDown = false;      ///< otherwise it looks on
   SeatID seat;                ///< none: any free one
   RealMoneyType buyIn;        ///< zero: a hundred big blinds, or what comes nearest
-  std::string program;        ///< the name of a program that plays by itself; empty for a person
-  std::chrono::milliseconds keepAlive = std::chrono::seconds(20);
-  unsigned reconnects = 0;  ///< so often in a row it tries to come back when the connection was lost
+  bool waits = false;         ///< queues when every seat is taken
 };
-
-/// How it ended for a player.
-enum class PlayerEnd : std::uint8_t {
-  Left,          ///< at the player's wish
-  Drained,       ///< the server has told of maintenance and ended the session
-  Refused,       ///< the server did not take the player, or sent the player away
-  Lost,          ///< the connection broke and did not come back
-  NoConnection,  ///< there was never one
-};
-
-class PlayerClient;
 
 /// What a player, or a program that plays, hears of. The client's picture of the table is up to date in each call, but
 /// where it is said otherwise.
-class PlayerEvents {
+class PlayerEvents : public HouseEvents {
  public:
-  virtual ~PlayerEvents() = default;
-
   /// The table as it is now: after coming in, and again after coming back.
   virtual void onTableState() {}
   /// The own seat was taken.
@@ -82,46 +51,27 @@ class PlayerEvents {
   virtual void onMoney(const SrvMoney&) {}
   /// The stack is gone: ClMoreMoney keeps the seat.
   virtual void onOutOfMoney(const OutOfMoney&) {}
-  /// A text of the house for the player: maintenance, a new version, ...
-  virtual void onNotice(std::string_view) {}
-  /// Something that was asked for is not granted, for the reason that the text tells; the session may go on.
-  virtual void onRefused(std::string_view) {}
-  /// The connection was lost; the next attempt comes after the pause.
-  virtual void onReconnecting(std::chrono::milliseconds) {}
-  /// The last event.
-  /// @param why  for people; empty when the end is just what was wanted
-  virtual void onEnd(PlayerEnd, std::string_view /*why*/) {}
 };
 
-/// A player's connection, or that of somebody who looks on: comes in, logs on, sits down, keeps itself alive and the
-/// picture of the table up to date, and comes back when the connection breaks. Any number of them share an io_context;
-/// all calls come from the thread that runs it. Must not be destroyed by a listener in a call but onEnd().
-class PlayerClient final : private SrvCmdProcessor {
+/// A player's connection, or that of somebody who looks on, to a table of the house: sits down or waits for a seat, and
+/// keeps the picture of the table up to date. Who comes back after the connection broke is at the table again. The rules
+/// are HouseClient's.
+class PlayerClient final : public HouseClient {
  public:
-  /// What sees every frame as it travels; it sees passwords too.
-  using FrameObserver = std::function<void(FrameDirection, std::span<const std::uint8_t>)>;
+  /// A seat that is held for the player.
+  struct Invitation {
+    std::uint32_t gameID;
+    std::string reserveID;
+  };
 
   /// @param events  must outlive this object
   PlayerClient(asio::io_context& context, PlayerSettings settings, PlayerEvents& events);
-  /// Closes without a word.
-  ~PlayerClient() override;
-  PlayerClient(const PlayerClient&) = delete;
-  PlayerClient& operator=(const PlayerClient&) = delete;
-
-  /// Connects. Everything else follows from the event loop.
-  void start();
-  void observeFrames(FrameObserver observer) { observer_ = std::move(observer); }
 
   const PlayerSettings& settings() const { return settings_; }
   const TablePicture& picture() const { return picture_; }
   /// Whether the connection stands and the table is before the player. What players do at a table is for then.
-  bool isAtTable() const { return isAtTable_; }
+  bool isAtTable() const { return isSettled(); }
 
-  /// Sends a T, filled with `init(args...)`; nothing while there is no connection.
-  template <class T, class... Args>
-  void send(Args&&... args) {
-    if (session_ != nullptr) session_->send(*make<T>(std::forward<Args>(args)...));
-  }
   /// Answers the turn; without an amount it is the least.
   void act(UserAction action, RealMoneyType amount);
   void chat(const std::string& text) { send<ClChatMsg>(text.c_str(), ChatMsgTypes::Normal); }
@@ -131,38 +81,32 @@ class PlayerClient final : private SrvCmdProcessor {
   void standUp();
   /// Gives the seat up, says bye when that is done, and ends with PlayerEnd::Left.
   void leave();
-  /// Says bye now; the server keeps the seat for a while.
-  void bye();
-  /// As when the network fails: the connection breaks, without a bye.
-  void breakConnection();
+
+  /// Whether every seat is taken or held for somebody.
+  bool isFull() const { return !freeSeat(); }
+  /// Queues for a seat at this table.
+  void wait();
+  void stopWaiting();
+  /// Whether the player stands in this table's queue, or is about to.
+  bool isWaiting() const { return isWaiting_; }
+  const std::optional<Invitation>& invitation() const { return invitation_; }
+  /// Takes the seat that is held, if one is; without an amount as in the settings.
+  void acceptInvitation(RealMoneyType money = {});
+  /// Leaves it to the next one.
+  void rejectInvitation();
 
  private:
-  class Link;
-
-  void open();
-  void onOpen();
-  void onClosed(CloseReason reason);
-  void logOn();
-  /// The server does not want this player: there is nothing more to do.
-  void giveUp(std::string_view why);
-  void end(PlayerEnd how, std::string_view why);
   std::optional<SeatID> freeSeat() const;
+  RealMoneyType usualBuyIn() const;
+  void endWaiting();
 
-  bool processCommand(PokerCommandTmpl<SrvCmdProcessorType>& command) override;
-  void onSrvHandShaked(Results&, SrvHandShaked&) override;
-  void onNotAvail(Results&, ServiceNotAvailable& notice) override;
-  void onSrvBusy(Results&, const SrvBusy&) override;
-  void onSrvConnectError(Results&, SrvConnectError&) override;
-  void onSrvErrorDisconnected(Results&, SrvErrorDisconnected& notice) override;
-  void onSrvMaintenance(Results&, const SrvMaintenance& notice) override;
-  void onSrvNewClientVersionAvail(Results&, const SrvNewClientVersionAvail& notice) override;
-  void onSrvAdminMsg(Results&, SrvAdminMsg& notice) override;
-  void onSrvRegistrationOk(Results&, SrvRegistrationOk&) override;
-  void onSrvRegistrationFail(Results&, SrvRegistrationFail& refusal) override;
-  void onSrvLogonOk(Results&, SrvLogonOk&) override;
-  void onSrvLogonError(Results&, SrvLogonError& refusal) override;
+  void onEntered() override;
   void onSrvRequestPass(Results&, const SrvRequestPass&) override;
   void onSrvPasswordError(Results&, const SrvPasswordError& refusal) override;
+  void onSrvWaitList(Results&, SrvWaitList& command) override;
+  void onSrvAddToWaitListError(Results&, SrvAddToWaitListError& refusal) override;
+  void onSrvRemoveFromWaitListOk(Results&, SrvRemoveFromWaitListOk& command) override;
+  void onSrvRemoveFromWaitListError(Results&, SrvRemoveFromWaitListError& refusal) override;
   void onSrvTableState(Results&, SrvTableState& command) override;
   void onSrvSitOk(Results&, const SrvSitOk& command) override;
   void onSrvSitError(Results&, SrvSitError& refusal) override;
@@ -181,28 +125,13 @@ class PlayerClient final : private SrvCmdProcessor {
   void onSrvTUShowDown(Results&, SrvTUShowDown& command) override;
   void onSrvChatMsg(Results&, SrvChatMsg& command) override;
 
-  asio::io_context& context_;
   PlayerSettings settings_;
   PlayerEvents& events_;
-  FrameObserver observer_;
-  CmdDispatcher dispatcher_;
-  Results results_;
   TablePicture picture_;
   ClientSeatState before_;  // keeps its memory from one command to the next
-  std::shared_ptr<const SessionOptions> options_;
-  std::shared_ptr<TcpSession> session_;
-  std::shared_ptr<Link> link_;
-  Later retry_;
-  std::chrono::milliseconds pause_;
-  unsigned attempts_ = 0;  // in a row that have failed
-  std::uint32_t keepAlives_ = 0;
-  bool isAtTable_ = false;
-  bool wasAtTable_ = false;  // ever
-  bool leaving_ = false;
-  bool draining_ = false;
-  bool ended_ = false;
-  std::string refusal_;  // why the server ends the session
-  std::string trouble_;  // what was wrong with the server's bytes, or in a handler
+  bool isWaiting_ = false;
+  std::optional<Invitation> invitation_;
+  bool isAccepting_ = false;  // the answer to the invitation is on its way
 };
 
 }  // namespace poker::holdem

@@ -1,5 +1,6 @@
 #include <examples/holdem/client/PlayerOptions.h>
 
+#include <examples/holdem/client/terminal/LineReader.h>
 #include <examples/holdem/client/terminal/Text.h>
 
 #include <asio/signal_set.hpp>
@@ -15,21 +16,24 @@
 
 namespace poker::holdem {
 
-void addPlayer(CLI::App& app, PlayerOptions& options) {
-  PlayerSettings& player = options.player;
+void addHouse(CLI::App& app, HouseSettings& player, std::string& passwordFile) {
   addEndpoint(app, "--connect", player.server, "the server")->required();
   app.add_option("--name", player.name, "of the account, as it is shown at the table")
       ->capture_default_str()
       ->type_name("NAME");
-  app.add_option("--password-file", options.passwordFile, "its first line is the password")->type_name("FILE");
+  app.add_option("--password-file", passwordFile, "its first line is the password")->type_name("FILE");
   app.add_flag("--register", player.registers, "make the account if there is none of that name");
-  app.add_option("--table", player.gameID, "the number of the table")->capture_default_str()->type_name("N");
-  app.add_option("--table-password", player.tablePassword, "of a private table")->type_name("TEXT");
   app.add_option("--reconnects", player.reconnects, "tries in a row to come back when the connection is lost")
       ->check(CLI::Range(0, 1000).description(""))
       ->capture_default_str()
       ->type_name("N");
   addSeconds(app, "--keep-alive", player.keepAlive, "how often to send one");
+}
+
+void addPlayer(CLI::App& app, PlayerOptions& options) {
+  addHouse(app, options.player, options.passwordFile);
+  app.add_option("--table", options.player.gameID, "the number of the table")->capture_default_str()->type_name("N");
+  app.add_option("--table-password", options.player.tablePassword, "of a private table")->type_name("TEXT");
 }
 
 void addSeat(CLI::App& app, PlayerSettings& player) {
@@ -72,6 +76,12 @@ std::string passwordFrom(const std::string& file) {
   std::ifstream stream(file);
   if (!std::getline(stream, password) || password.empty()) throw std::runtime_error("no password in " + file);
   return password;
+}
+
+std::string passwordOf(const std::string& name, const std::string& file) {
+  const std::optional<std::string> typed =
+      file.empty() ? askPassword("Password of " + escaped(name) + ':') : std::nullopt;
+  return typed ? *typed : passwordFrom(file);
 }
 
 int statusOf(PlayerEnd end, std::string_view why, std::string_view program) {

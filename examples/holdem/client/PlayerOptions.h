@@ -23,6 +23,10 @@ Subcommand addRehearse(CLI::App& app);
 Subcommand addBot(CLI::App& app);
 Subcommand addWatch(CLI::App& app);
 Subcommand addPlay(CLI::App& app);
+Subcommand addLobby(CLI::App& app);
+Subcommand addHistory(CLI::App& app);
+Subcommand addProfile(CLI::App& app);
+Subcommand addPromotions(CLI::App& app);
 
 // Exit statuses.
 inline constexpr int kInOrder = 0;
@@ -34,7 +38,9 @@ struct PlayerOptions {
   PlayerSettings player;
   std::string passwordFile;
 };
-/// The server, the name, the password, the table. The name that is there is the default.
+/// The server, the name, the password. The name that is there is the default.
+void addHouse(CLI::App& app, HouseSettings& player, std::string& passwordFile);
+/// All of that, and the table.
 void addPlayer(CLI::App& app, PlayerOptions& options);
 /// The seat, and what to bring.
 void addSeat(CLI::App& app, PlayerSettings& player);
@@ -47,6 +53,8 @@ std::optional<RealMoneyType> moneyFromText(std::string_view text);
 /// The first line of the file; without a file, a new one that nobody can guess.
 /// @throws std::runtime_error  there is no such file, or no password in it
 std::string passwordFrom(const std::string& file);
+/// As above, but without a file asks the person at the terminal, if there is one.
+std::string passwordOf(const std::string& name, const std::string& file);
 
 /// Tells why it ended on the standard error, unless it ended as it should.
 /// @param program  "holdem-client bot"

@@ -1,4 +1,5 @@
-// The client: a bot, an onlooker, a person at the terminal, or a script that is played against a server.
+// The client: a person at the terminal, an onlooker, a bot, somebody who asks for something, or a script that is played
+// against a server.
 
 #include <examples/holdem/client/PlayerOptions.h>
 
@@ -16,7 +17,8 @@ int main(int argc, char** argv) {
   app.require_subcommand(1);
   // For the subcommands' options; parseOptions() sees to those of the program itself.
   app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
-  const std::array commands = {addPlay(app), addWatch(app), addBot(app), addRehearse(app)};
+  const std::array commands = {addPlay(app),    addWatch(app),   addBot(app),        addLobby(app),
+                               addHistory(app), addProfile(app), addPromotions(app), addRehearse(app)};
   if (const int status = parseOptions(app, argc, argv); status >= 0) return status;
   std::signal(SIGPIPE, SIG_IGN);  // whoever read the output may leave
 

@@ -45,7 +45,9 @@ void Bot::onSeated(SeatID) {
 void Bot::onUnseated() { client_.leave(); }
 
 void Bot::onHandBegins() {
-  hand_ = client_.picture().state().handNumber;
+  const std::uint64_t number = client_.picture().state().handNumber;
+  if (number != 0 && number != hand_) ++hands_;
+  hand_ = number;
   decisions_ = 0;
   willFold_ = false;
 }
@@ -66,7 +68,7 @@ Decision Bot::decide(const NextTurnOptions& options) const {
     if (isIn && other.seatID != seat.seatID) ++situation.opponents;
   }
   situation.options = &options;
-  situation.hand = table.handNumber;
+  situation.hand = hands_;
   situation.decision = decisions_;
   return character_.decide(situation);
 }
@@ -113,7 +115,7 @@ void Bot::onShowDown(const SrvTUShowDown& command) {
   pause_.cancel();
   const ClientTableState& table = client_.picture().state();
   if (!settings_.chats || !table.ownSeat.isValid()) return;
-  const std::uint64_t drawn = mixed(settings_.seed, table.handNumber);
+  const std::uint64_t drawn = mixed(settings_.seed, hands_);
   if (drawn % kHandsPerLine != 0) return;
   const auto& lines = command.wins(table.ownSeat) > kZeroMoney ? kGladLines : kOtherLines;
   client_.chat(lines[drawn / kHandsPerLine % lines.size()]);
@@ -131,6 +133,11 @@ void Bot::onOutOfMoney(const OutOfMoney&) {
   const RealMoneyType most = client_.picture().state().maxBuyIn;
   const RealMoneyType wish = settings_.rebuy != kZeroMoney ? settings_.rebuy : settings_.player.buyIn;
   client_.send<ClMoreMoney>(wish != kZeroMoney ? std::min(wish, most) : most);
+}
+
+void Bot::onWaitingOver(std::uint32_t) {
+  // There will be no seat: the table is closed.
+  if (client_.picture().ownSeat() == nullptr) client_.leave();
 }
 
 void Bot::onRefused(std::string_view why) {

@@ -24,8 +24,8 @@ struct BotSettings {
   bool postsBlinds = false;           ///< rather than wait for the big blind
 };
 
-/// A player that plays by itself. What it decides hangs on its seed, the cards and what the others did, and not on time:
-/// the same game comes of the same seeds. All calls come from the thread that runs the io_context.
+/// A player that plays by itself. What it decides hangs on its seed, the cards and what the others at the table did, and
+/// not on time: the same game comes of the same seeds. All calls come from the thread that runs the io_context.
 class Bot final : private PlayerEvents {
  public:
   /// What is told at the end, with the reason for people. The bot may be destroyed in it.
@@ -49,6 +49,8 @@ class Bot final : private PlayerEvents {
   void onShowDown(const SrvTUShowDown& command) override;
   void onSeatChange(const SrvUserStateOnTable& command, const ClientSeatState* before) override;
   void onOutOfMoney(const OutOfMoney& command) override;
+  void onInvitation(const SrvWaitList&) override { client_.acceptInvitation(); }
+  void onWaitingOver(std::uint32_t gameID) override;
   void onRefused(std::string_view why) override;
   void onEnd(PlayerEnd end, std::string_view why) override;
 
@@ -62,6 +64,7 @@ class Bot final : private PlayerEvents {
   Later pause_;
   NextTurnOptions options_;  // of the turn that is thought about
   std::uint64_t hand_ = 0;   // the number of the last one that it knows of
+  std::uint64_t hands_ = 0;  // that it has seen: what is drawn by it hangs on no other table's hands
   unsigned decisions_ = 0;   // in this hand
   unsigned rebuysDone_ = 0;
   bool willFold_ = false;  // it has told so in advance, and stands by it

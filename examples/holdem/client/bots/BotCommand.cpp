@@ -51,6 +51,7 @@ Subcommand addBot(CLI::App& parent) {
   app.add_option("--rebuys", bot.rebuys, "how often at most")->capture_default_str()->type_name("N");
   app.add_flag("--chat", bot.chats, "say something now and then");
   app.add_flag("--advance", bot.usesAdvance, "when tight: fold junk before the turn");
+  app.add_flag("--wait", options->player.waits, "queue when the table is full, and take the seat that becomes free");
   app.add_flag("--post", bot.postsBlinds, "post a blind rather than wait for the big blind");
   return {&app, [options] { return run(*options); }};
 }

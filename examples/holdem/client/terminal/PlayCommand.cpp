@@ -1,8 +1,10 @@
 #include <examples/holdem/client/PlayerOptions.h>
+#include <examples/holdem/client/lobby/LobbyText.h>
 #include <examples/holdem/client/terminal/Choices.h>
 #include <examples/holdem/client/terminal/LineReader.h>
 #include <examples/holdem/client/terminal/TableScreen.h>
 #include <examples/holdem/client/terminal/Text.h>
+#include <examples/holdem/shared/Protocol.h>
 
 #include <fmt/format.h>
 
@@ -22,7 +24,9 @@ constexpr std::string_view kHelp =
     "                 (amounts are what you add to what lies before you)\n"
     "  at any time    t TEXT or /chat TEXT   m chips, m 100 more of them\n"
     "                 s sit out   back   post a blind, not wait\n"
-    "                 l leave the seat   sit 3 take one   h this help   q leave and end";
+    "                 l leave the seat   sit 3 take one   wait for one at a full table\n"
+    "                 take 100 or refuse a seat that is held for you\n"
+    "                 lobby all tables   last hand in words   h this help   q leave and end";
 
 struct Options : PlayerOptions {
   Colour colour = Colour::Auto;
@@ -67,6 +71,18 @@ class PlayTable final : public TableScreen {
     printForeign("", command.err());
     print("  m 100 brings a hundred chips; without more the seat is lost.");
   }
+  void onWaiting(std::uint32_t) override { print("  You wait for a seat here; wait once more ends it."); }
+  void onWaitingOver(std::uint32_t) override { print("  You wait for a seat no more."); }
+  void onInvitation(const SrvWaitList& command) override;
+  void onRefused(std::string_view why) override {
+    TableScreen::onRefused(why);
+    const bool isOnTheWay = client().isWaiting() || client().invitation();
+    if (picture().ownSeat() == nullptr && client().isFull() && !isOnTheWay) print("  wait queues you for a seat.");
+  }
+  void onTables(const SrvServerInfo& command) override { lookAtLobby(command, kList); }
+  void onCounters(const SrvServerCountersInfo& command) override { lookAtLobby(command, kCounters); }
+  void onNews(const SrvNews& command) override { lookAtLobby(command, kNews); }
+  void onHandTexts(const SrvRplHandHistory& command) override;
   void onEnd(PlayerEnd end, std::string_view why) override {
     finish();
     status_ = statusOf(end, why, "holdem-client play");
@@ -78,11 +94,21 @@ class PlayTable final : public TableScreen {
            (seat->state == UserState::Playing || seat->state == UserState::Folded || seat->state == UserState::AllIn);
   }
   void showTurn();
+  void wait();
+  void takeSeat(std::string_view amount);
+  void askForLobby();
+  template <class Command>
+  void lookAtLobby(const Command& command, unsigned part);
+  void askForLastHand();
   void takeChips(std::string_view amount);
   void sit(std::string_view seat);
 
   asio::io_context& context_;
   NextTurnOptions options_;  // of the own turn
+  // What a look at the lobby has still to bring.
+  static constexpr unsigned kList = 1, kCounters = 2, kNews = 4;
+  unsigned lobbyRest_ = 0;
+  LobbyPicture lobby_;
   bool leaving_ = false;
   int status_ = kNotAsExpected;
 };
@@ -132,6 +158,54 @@ void PlayTable::sit(std::string_view seat) {
   client().sitDown(static_cast<std::uint8_t>(number));
 }
 
+void PlayTable::onInvitation(const SrvWaitList& command) {
+  const bool isHere = command.gameID() == picture().state().gameID;
+  print(fmt::format("  {} A seat is held for you{}: take or take 100 sits down there, refuse leaves it to the next.",
+                    bold("★"), isHere ? "" : fmt::format(" at table {}", command.gameID())));
+}
+
+void PlayTable::wait() {
+  if (client().isWaiting()) return client().stopWaiting();
+  if (client().invitation()) return print("  A seat is held for you: take or refuse.");
+  if (!client().isFull()) return print("  There is a free seat: sit takes it.");
+  client().wait();
+}
+
+void PlayTable::takeSeat(std::string_view amount) {
+  const std::optional<RealMoneyType> money = amount.empty() ? kZeroMoney : moneyFromText(amount);
+  if (!client().invitation()) return print("  No seat is held for you.");
+  if (!money) return print("  take takes an amount of chips.");
+  client().acceptInvitation(*money);
+}
+
+void PlayTable::askForLobby() {
+  lobby_ = {};
+  lobbyRest_ = kList | kCounters | kNews;
+  client().send<ClGetServerInfo>(kRingGames, kNoList, 0u);
+}
+
+template <class Command>
+void PlayTable::lookAtLobby(const Command& command, unsigned part) {
+  if (lobbyRest_ == 0) return;
+  lobby_.apply(command);
+  lobbyRest_ &= ~part;
+  if (lobbyRest_ != 0) return;
+  client().send<ClGetServerInfo>(kNoList, kRingGames, lobby_.version());
+  for (const std::string& line : lobbyText(lobby_)) print(line);
+}
+
+void PlayTable::askForLastHand() {
+  ReplayRequestInfo request;
+  request.setMostHands(1);
+  request.setGameID(picture().state().gameID);
+  client().send<ClRplGetHandHistory>(request);
+}
+
+void PlayTable::onHandTexts(const SrvRplHandHistory& command) {
+  if (command.getGames().empty()) print("  You have played no hand here yet.");
+  for (const std::string& hand : command.getGames()) print(escapedLines(hand));
+}
+
 void PlayTable::take(std::string_view line) {
   if (line.empty()) return;
   const std::size_t blank = std::min(line.find(' '), line.size());
@@ -142,9 +216,17 @@ void PlayTable::take(std::string_view line) {
   if (!client().isAtTable()) return print("  You are not at the table.");
   if (word == "t" || word == "/chat") return client().chat(std::string(rest));
   if (word == "m") return takeChips(rest);
+  if (word == "lobby") return askForLobby();
+  if (word == "last") return askForLastHand();
 
   const ClientSeatState* seat = picture().ownSeat();
-  if (word == "sit" && seat == nullptr) return sit(rest);
+  if (seat == nullptr) {
+    if (word == "sit") return sit(rest);
+    if (word == "wait") return wait();
+    if (word == "take") return takeSeat(rest);
+    if (word == "refuse")
+      return client().invitation() ? client().rejectInvitation() : print("  No seat is held for you.");
+  }
   if (seat == nullptr) return print("  You have no seat: sit takes one, h shows what else you can type.");
   const auto box = [this](UserAction action, bool on) {
     client().send<ClActionInAdvance>(actionBit(action), kZeroMoney, on);
@@ -170,9 +252,7 @@ void PlayTable::take(std::string_view line) {
 }
 
 int run(Options& options) {
-  std::optional<std::string> typed;
-  if (options.passwordFile.empty()) typed = askPassword("Password of " + options.player.name + ':');
-  options.player.password = typed ? *typed : passwordFrom(options.passwordFile);
+  options.player.password = passwordOf(options.player.name, options.passwordFile);
   options.player.sitsDown = true;
   asio::io_context context(1);
   ScreenSettings screen;

@@ -9,6 +9,7 @@
 
 #include <examples/holdem/client/terminal/TableScreen.h>
 
+#include <examples/holdem/client/terminal/PromotionText.h>
 #include <examples/holdem/client/terminal/Text.h>
 #include <examples/holdem/game/CardText.h>
 #include <examples/holdem/game/HandValue.h>
@@ -17,6 +18,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <iterator>
 #include <stdexcept>
 #include <utility>
 
@@ -196,9 +198,12 @@ std::string TableScreen::valueOf(std::span<const Card> cards) const {
 
 void TableScreen::onTableState() {
   const ClientTableState& table = picture().state();
-  print(fmt::format("{}: {}, blinds {} and {}, {} of {} seats taken", bold(escaped(table.tableName)),
+  const auto held = std::count_if(table.seats.begin(), table.seats.end(),
+                                  [](const ClientSeatState& seat) { return seat.state == UserState::Reserved; });
+  print(fmt::format("{}: {}, blinds {} and {}, {} of {} seats taken{}", bold(escaped(table.tableName)),
                     table.limitType == LimitType::FixedLimit ? "fixed limit" : "no limit", table.smallBlind.toString(),
-                    table.bigBlind.toString(), table.seats.size(), table.maxSeats));
+                    table.bigBlind.toString(), std::ssize(table.seats) - held, table.maxSeats,
+                    held == 0 ? "" : fmt::format(", {} held", held)));
   if (!table.board.empty()) print(fmt::format("  hand {} is on, {}", table.handNumber, toText(table.board)));
 }
 
@@ -288,9 +293,15 @@ void TableScreen::onSeatChange(const SrvUserStateOnTable& command, const ClientS
   const auto isAway = [](UserState state) {
     return state == UserState::SittingOut || state == UserState::Disconnected;
   };
+  if (now == UserState::Reserved || (now == UserState::Empty && was == UserState::Reserved)) {
+    if (was == now) return;
+    const std::string seat = fmt::format("seat {}", command.getSeatID().value());
+    if (now == UserState::Empty) return print(fmt::format("{:{}}{} is free again", "", kIndent, seat));
+    return print(fmt::format("{:{}}{} is held for {}", "", kIndent, seat, name.empty() ? "who waited longest" : name));
+  }
   std::string what;
   if (was == UserState::Empty || was == UserState::Reserved) {
-    if (now == UserState::Empty || now == UserState::Reserved) return;
+    if (now == UserState::Empty) return;
     what = fmt::format("takes seat {} with {}", command.getSeatID().value(), command.getMoney().toString());
   } else if (now == UserState::Empty) {
     what = "leaves the table";
@@ -310,6 +321,14 @@ void TableScreen::onSeatChange(const SrvUserStateOnTable& command, const ClientS
 
 void TableScreen::onChat(const SrvChatMsg& command) {
   printForeign(command.getSender().empty() ? "" : escaped(command.getSender()) + ": ", command.getMessage());
+}
+
+void TableScreen::onPromotion(const SrvPromoNotify& notice) {
+  print(fmt::format("{:{}}{}", "", kIndent, promotionText(notice)));
+}
+
+void TableScreen::onPromotionWon(const SrvUserWonPromotion& winner) {
+  print(fmt::format("{:{}}{} {}", "", kIndent, bold("★"), winnerText(winner)));
 }
 
 void TableScreen::onNotice(std::string_view text) { printForeign("", text); }

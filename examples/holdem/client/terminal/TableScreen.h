@@ -52,6 +52,8 @@ class TableScreen : protected PlayerEvents {
   void onShowDown(const SrvTUShowDown& command) override;
   void onSeatChange(const SrvUserStateOnTable& command, const ClientSeatState* before) override;
   void onChat(const SrvChatMsg& command) override;
+  void onPromotion(const SrvPromoNotify& notice) override;
+  void onPromotionWon(const SrvUserWonPromotion& winner) override;
   void onNotice(std::string_view text) override;
   void onRefused(std::string_view why) override;
   void onReconnecting(std::chrono::milliseconds pause) override;

@@ -2,6 +2,8 @@
 
 #include <inspect/CommandText.h>
 
+#include <fmt/format.h>
+
 #include <cstdint>
 
 #include <sys/ioctl.h>
@@ -11,6 +13,25 @@ namespace poker::holdem {
 std::string escaped(std::string_view text) {
   const std::string inQuotes = quoted(text);
   return inQuotes.substr(1, inQuotes.size() - 2);
+}
+
+std::string escapedLines(std::string_view text) {
+  std::string safe;
+  for (const char c : text) {
+    const bool isPrintable = (c >= 0x20 && c <= 0x7E) || c == '\n';
+    if (isPrintable) {
+      safe += c;
+    } else if (c != '\r') {
+      safe += fmt::format("\\x{:02X}", static_cast<unsigned char>(c));
+    }
+  }
+  return safe;
+}
+
+std::string shortened(std::string text, std::size_t columns) {
+  if (text.size() <= columns) return text;
+  text.resize(columns - 2);
+  return text += "..";
 }
 
 std::size_t columnsOf(std::string_view text) {

@@ -9,6 +9,10 @@ namespace poker::holdem {
 
 /// What somebody else wrote, fit for a terminal: what is outside 0x20 to 0x7E, quotes and backslashes are escaped.
 std::string escaped(std::string_view text);
+/// The same for a text of several lines, which it stays; quotes and backslashes stand as they are.
+std::string escapedLines(std::string_view text);
+/// No more of the text than so many columns; dots tell that there was more. For printable ASCII.
+std::string shortened(std::string text, std::size_t columns);
 /// How many columns our own text takes: UTF-8 with one column a character, colours with none.
 std::size_t columnsOf(std::string_view text);
 /// The columns of a terminal; of anything else as many as one likes.

@@ -1,0 +1,158 @@
+#include <examples/holdem/client/PlayerOptions.h>
+#include <examples/holdem/client/lobby/LobbyText.h>
+#include <examples/holdem/client/lobby/Visit.h>
+#include <examples/holdem/client/terminal/PromotionText.h>
+#include <examples/holdem/client/terminal/Text.h>
+#include <examples/holdem/shared/Protocol.h>
+
+#include <fmt/color.h>
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+
+#include <unistd.h>
+
+namespace poker::holdem {
+
+namespace {
+
+constexpr std::chrono::milliseconds kRedrawPause{50};  // what comes together is shown together
+
+struct Options {
+  HouseSettings player;
+  std::string passwordFile;
+  std::uint32_t table = 0;  // 0: the list
+  bool follows = false;
+  bool json = false;
+  Colour colour = Colour::Auto;
+};
+
+class LobbyVisit final : public Visit {
+ public:
+  explicit LobbyVisit(const Options& options)
+      : Visit(options.player, "holdem-client lobby"),
+        options_(options),
+        colour_(wantsColour(options.colour, stdout)),
+        redraws_(options.follows && !options.json && isatty(STDOUT_FILENO) != 0),
+        draw_(context()) {}
+
+ private:
+  void ask() override {
+    picture_ = {};
+    hasList_ = hasCounters_ = hasNews_ = false;
+    send<ClGetServerInfo>(kRingGames, kNoList, 0u);
+    if (options_.table != 0) send<ClGetGameInfo>(options_.table, 0u, 0u);
+  }
+  void onTables(const SrvServerInfo& command) override {
+    for (const std::uint32_t gameID : command.getInfo().removedTables) {
+      const ServerTableEntry* table = picture_.table(gameID);
+      if (table != nullptr) say(fmt::format("{} (number {}) is closed.", escaped(table->tableName), gameID));
+    }
+    picture_.apply(command);
+    hasList_ = true;
+    if (options_.table != 0 && picture_.table(options_.table) == nullptr) {
+      return fail(fmt::format("there is no table {}", options_.table));
+    }
+    change();
+  }
+  void onCounters(const SrvServerCountersInfo& command) override {
+    picture_.apply(command);
+    hasCounters_ = true;
+    change();
+  }
+  void onNews(const SrvNews& command) override {
+    picture_.apply(command);
+    hasNews_ = true;
+    change();
+  }
+  void onTableDetails(const SrvGameInfo& command) override {
+    if (command.getDetailedInfo().gameID != options_.table) return;
+    picture_.apply(command);
+    change();
+  }
+  void onOneUser(const SrvOneUser& command) override {
+    for (const auto& [gameID, table] : picture_.tables()) {
+      if ((gameID & 0xFFFF) == command.gameID()) {  // no more of it travels
+        say(fmt::format("A player waits for company at {}.", escaped(table.tableName)));
+      }
+    }
+  }
+  void onPromotion(const SrvPromoNotify& notice) override { say(promotionText(notice)); }
+  void onPromotionWon(const SrvUserWonPromotion& winner) override { say(winnerText(winner)); }
+  void onAdminMessage(const SrvAdminMsg& message) override { onNotice(message.message()); }
+
+  bool isComplete() const {
+    if (options_.table != 0) return hasList_ && picture_.details();
+    return hasList_ && hasCounters_ && hasNews_;
+  }
+  void change() {
+    if (!isComplete()) return;
+    beAnswered();
+    if (options_.follows) return draw_.in(kRedrawPause, [this] { show(); });
+    show();
+    leave();
+  }
+  /// A word beside what is shown.
+  void say(std::string line) {
+    if (!options_.follows || options_.json) return;
+    if (redraws_) {
+      word_ = "  " + std::move(line);
+      if (isComplete()) change();
+    } else {
+      write("  " + line);
+    }
+  }
+  void show();
+  void write(std::string_view line) const {
+    fmt::print("{}\n", line);
+    std::fflush(stdout);
+  }
+
+  const Options& options_;
+  bool colour_;
+  bool redraws_;
+  LobbyPicture picture_;
+  bool hasList_ = false, hasCounters_ = false, hasNews_ = false;
+  std::vector<std::string> shown_;
+  std::string word_;  // the last one
+  Later draw_;
+};
+
+void LobbyVisit::show() {
+  const bool isOneTable = options_.table != 0;
+  if (options_.json) return write(isOneTable ? detailsJson(*picture_.details()) : lobbyJson(picture_));
+  std::vector<std::string> lines = isOneTable ? detailsText(*picture_.details()) : lobbyText(picture_);
+  if (redraws_) fmt::print("\x1B[H\x1B[2J");
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    // Who follows without a terminal finds what has changed.
+    if (!redraws_ && std::find(shown_.begin(), shown_.end(), lines[i]) != shown_.end()) continue;
+    write(colour_ && i == 0 ? fmt::format(fmt::emphasis::bold, "{}", lines[i]) : lines[i]);
+  }
+  if (redraws_ && !word_.empty()) write(word_);
+  shown_ = std::move(lines);
+}
+
+int run(Options& options) {
+  options.player.password = passwordOf(options.player.name, options.passwordFile);
+  return LobbyVisit(options).run();
+}
+
+}  // namespace
+
+Subcommand addLobby(CLI::App& parent) {
+  const auto options = std::make_shared<Options>();
+  options->player.name = "Visitor";
+  CLI::App& app = *parent.add_subcommand("lobby", "Shows the house's tables, or what goes on at one of them.");
+  addHouse(app, options->player, options->passwordFile);
+  app.add_option("--table", options->table, "the details of the table of this number")
+      ->check(CLI::Range(1u, UINT32_MAX).description(""))
+      ->type_name("N");
+  app.add_flag("--follow", options->follows, "go on and show what changes, until SIGINT");
+  app.add_flag("--json", options->json, "for programs: an object a line, with the fields of the commands");
+  addColour(app, options->colour);
+  return {&app, [options] { return run(*options); }};
+}
+
+}  // namespace poker::holdem
