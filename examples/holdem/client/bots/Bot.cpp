@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <fstream>
 #include <utility>
 
 namespace poker::holdem {
@@ -39,6 +40,7 @@ void Bot::onTableState() {
 }
 
 void Bot::onSeated(SeatID) {
+  if (!settings_.readyFile.empty()) std::ofstream(settings_.readyFile) << "ready\n";
   if (settings_.postsBlinds) client_.send<ClActionInAdvance>(actionBit(UserAction::Post), kZeroMoney, true);
 }
 

@@ -22,6 +22,7 @@ struct BotSettings {
   bool chats = false;                 ///< says something now and then
   bool usesAdvance = false;           ///< a tight one folds junk before its turn
   bool postsBlinds = false;           ///< rather than wait for the big blind
+  std::string readyFile;              ///< written when it has a seat; empty: none
 };
 
 /// A player that plays by itself. What it decides hangs on its seed, the cards and what the others at the table did, and

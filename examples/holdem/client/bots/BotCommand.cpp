@@ -52,6 +52,7 @@ Subcommand addBot(CLI::App& parent) {
   app.add_flag("--chat", bot.chats, "say something now and then");
   app.add_flag("--advance", bot.usesAdvance, "when tight: fold junk before the turn");
   app.add_flag("--wait", options->player.waits, "queue when the table is full, and take the seat that becomes free");
+  app.add_option("--ready-file", bot.readyFile, "written when it has a seat")->type_name("FILE");
   app.add_flag("--post", bot.postsBlinds, "post a blind rather than wait for the big blind");
   return {&app, [options] { return run(*options); }};
 }

@@ -1,5 +1,7 @@
 #include <examples/holdem/client/PlayerOptions.h>
+#include <examples/holdem/client/lobby/LobbyPicture.h>
 #include <examples/holdem/client/terminal/TableScreen.h>
+#include <examples/holdem/shared/Protocol.h>
 
 #include <fmt/format.h>
 
@@ -18,7 +20,7 @@ struct Options : PlayerOptions {
   Colour colour = Colour::Auto;
 };
 
-/// Looks on, until the server ends or the hands are seen.
+/// Looks on, until the table is closed, the server ends or the hands are seen.
 class Watch final : public TableScreen {
  public:
   Watch(asio::io_context& context, const Options& options, ScreenSettings screen)
@@ -30,6 +32,15 @@ class Watch final : public TableScreen {
   void onTableState() override {
     TableScreen::onTableState();
     if (!options_.readyFile.empty()) std::ofstream(options_.readyFile) << "ready\n";
+    // The table itself does not say that it is closed; the list of tables does.
+    lobby_ = {};
+    client().send<ClGetServerInfo>(kRingGames, kNoList, 0u);
+  }
+  void onTables(const SrvServerInfo& command) override {
+    lobby_.apply(command);
+    if (lobby_.table(options_.player.gameID) != nullptr) return;
+    isTableClosed_ = true;
+    client().leave();
   }
   void onShowDown(const SrvTUShowDown& command) override {
     TableScreen::onShowDown(command);
@@ -38,9 +49,9 @@ class Watch final : public TableScreen {
   void onEnd(PlayerEnd end, std::string_view why) override {
     finish();
     status_ = statusOf(end, why, "holdem-client watch");
-    if (end == PlayerEnd::Drained && handsSeen() < options_.hands) {
-      fmt::print(stderr, "holdem-client watch: the server has ended after {} of {} hands\n", handsSeen(),
-                 options_.hands);
+    if ((end == PlayerEnd::Drained || isTableClosed_) && handsSeen() < options_.hands) {
+      fmt::print(stderr, "holdem-client watch: the {} after {} of {} hands\n",
+                 isTableClosed_ ? "table is closed" : "server has ended", handsSeen(), options_.hands);
       status_ = kNotAsExpected;
     }
     context_.stop();
@@ -48,6 +59,8 @@ class Watch final : public TableScreen {
 
   asio::io_context& context_;
   const Options& options_;
+  LobbyPicture lobby_;
+  bool isTableClosed_ = false;
   int status_ = kNotAsExpected;
 };
 
@@ -73,7 +86,7 @@ Subcommand addWatch(CLI::App& parent) {
   options->player.name = "Onlooker";
   CLI::App& app = *parent.add_subcommand("watch", "Looks on at a table and tells what happens there.");
   addPlayer(app, *options);
-  app.add_option("--hands", options->hands, "leave after so many; otherwise when the server ends")->type_name("N");
+  app.add_option("--hands", options->hands, "leave after so many; otherwise when the table is closed")->type_name("N");
   app.add_option("--ready-file", options->readyFile, "written when the table is before it")->type_name("FILE");
   addColour(app, options->colour);
   return {&app, [options] { return run(*options); }};

@@ -1,0 +1,164 @@
+#include <examples/holdem/client/lobby/LobbyPicture.h>
+#include <examples/holdem/client/lobby/LobbyText.h>
+#include <examples/holdem/client/terminal/Text.h>
+#include <examples/holdem/shared/Protocol.h>
+#include <hostkit/CommandHandle.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+namespace poker::holdem {
+namespace {
+
+using testing::Contains;
+using testing::HasSubstr;
+using testing::Not;
+
+ServerTableEntry table(std::uint32_t gameID, const std::string& name, std::uint16_t players = 0) {
+  ServerTableEntry entry;
+  entry.gameID = gameID;
+  entry.tableName = name;
+  entry.gameType = GameType::TexasHoldem;
+  entry.limitType = LimitType::FixedLimit;
+  entry.maxSeats = 6;
+  entry.lowBet = RealMoneyType::fromUnits(2);
+  entry.highBet = RealMoneyType::fromUnits(4);
+  entry.players = players;
+  return entry;
+}
+
+CommandHandle<SrvServerInfo> update(std::uint32_t version, const SteadyVector<ServerTableEntry>& tables,
+                                    std::vector<std::uint32_t> removed = {}) {
+  ServerUpdateInfo info;
+  info.tables = tables;
+  info.removedTables = std::move(removed);
+  info.version = version;
+  return make<SrvServerInfo>(info);
+}
+
+std::vector<std::uint32_t> numbers(const LobbyPicture& picture) {
+  std::vector<std::uint32_t> all;
+  for (const auto& [gameID, entry] : picture.tables()) all.push_back(gameID);
+  return all;
+}
+
+void expectPrintable(const std::vector<std::string>& lines) {
+  for (const std::string& line : lines) {
+    // Our own texts have no more than the middle dot beside printable ASCII.
+    std::string rest = line;
+    for (std::size_t at; (at = rest.find("·")) != std::string::npos;) rest.erase(at, 2);
+    EXPECT_TRUE(std::all_of(rest.begin(), rest.end(), [](char c) { return c >= 0x20 && c <= 0x7E; })) << line;
+  }
+}
+
+TEST(LobbyPicture, UpdatesChangeAddAndRemoveTablesAndOldOnesDoNothing) {
+  LobbyPicture picture;
+  picture.apply(*update(7, {table(3, "Three"), table(1, "One"), table(70'000, "Far")}));
+  EXPECT_EQ(numbers(picture), (std::vector<std::uint32_t>{1, 3, 70'000}));
+  picture.apply(*update(9, {table(1, "One", 5), table(2, "Two")}, {3, 4, 70'000}));
+  EXPECT_EQ(numbers(picture), (std::vector<std::uint32_t>{1, 2}));
+  EXPECT_EQ(picture.table(1)->players, 5);
+  EXPECT_EQ(picture.table(3), nullptr);
+  // A number that is free again is given to another table, in one update.
+  picture.apply(*update(10, {table(2, "New")}, {2}));
+  ASSERT_NE(picture.table(2), nullptr);
+  EXPECT_EQ(picture.table(2)->tableName, "New");
+  picture.apply(*update(8, {table(9, "Late")}, {1}));
+  EXPECT_EQ(numbers(picture), (std::vector<std::uint32_t>{1, 2}));
+  EXPECT_EQ(picture.version(), 10u);
+}
+
+TEST(LobbyPicture, CountersAndNewsAreKeptUntilTheyChange) {
+  LobbyPicture picture;
+  const auto counters = make<SrvServerCountersInfo>();
+  counters->counters().set(kPlayersLoggedOn, 4u);
+  counters->counters().set(kTables, 2u);
+  picture.apply(*counters);
+  counters->init();
+  counters->counters().set(kTables, 3u);
+  picture.apply(*counters);
+  const auto news = make<SrvNews>();
+  news->addMsg(SrvNewsType::Welcome, "Hello");
+  news->addMsg(SrvNewsType::Maintenance, "At noon");
+  picture.apply(*news);
+  news->init();
+  news->addMsg(SrvNewsType::Maintenance, "");
+  picture.apply(*news);
+
+  const std::vector<std::string> lines = lobbyText(picture);
+  EXPECT_THAT(lines, Contains("  4 logged on · 3 tables"));
+  EXPECT_THAT(lines, Contains(HasSubstr("Hello")));
+  EXPECT_THAT(lines, Not(Contains(HasSubstr("noon"))));
+}
+
+TEST(LobbyText, ColumnsStandBelowEachOtherAndTellWhatTheTableIs) {
+  LobbyPicture picture;
+  ServerTableEntry river = table(12, "River", 6);
+  river.waitListLength = 2;
+  river.averagePot = 2350;
+  river.playersPerFlop = 31;
+  river.handsPerHour = 260;
+  river.flags = ServerTableEntry::PasswordProtected | ServerTableEntry::Closing;
+  picture.apply(*update(1, {table(1, "A table with a longer name"), river}));
+  const std::vector<std::string> lines = lobbyText(picture);
+  ASSERT_EQ(lines.size(), 3u);
+  EXPECT_EQ(lines[2],
+            "   12  River                     fixed-limit hold'em     2/4    6/6        2     23.50  31 %      260  "
+            "private, closing");
+  EXPECT_EQ(lines[0].find("hands/h") + 7, lines[2].find("260") + 3);
+  EXPECT_EQ(lines[1].find("fixed-limit"), lines[2].find("fixed-limit"));
+}
+
+TEST(LobbyText, NothingThatOthersWroteReachesTheTerminalAsItIs) {
+  const std::string hostile = "\x1B[2J\r\nEvil\x07\x9B\xFF\"\\";
+  LobbyPicture picture;
+  ServerTableEntry odd = table(1, hostile);
+  odd.gameType = static_cast<GameType>(999);
+  odd.limitType = static_cast<LimitType>(77);
+  odd.flags = 0xFF;
+  picture.apply(*update(1, {odd, table(2, std::string(50'000, 'x'))}));
+  const auto news = make<SrvNews>();
+  news->addMsg(SrvNewsType::Headlines, (hostile + "\nmore").c_str());
+  picture.apply(*news);
+  const std::vector<std::string> lines = lobbyText(picture);
+  expectPrintable(lines);
+  for (const std::string& line : lines) EXPECT_LT(columnsOf(line), 200u);
+  EXPECT_THAT(lines, Contains(testing::EndsWith("more")));
+
+  TableInfoDetailed details;
+  details.tableName = hostile;
+  TablePlayerInfo player;
+  player.displayName = hostile;
+  player.state = static_cast<UserState>(200);
+  details.players.push_back(player);
+  for (int i = 0; i < 30; ++i) details.waitList.push_back(hostile);
+  expectPrintable(detailsText(details));
+  EXPECT_THAT(detailsText(details).back(), testing::EndsWith(" and 10 more"));
+
+  // One line, so that a program reads objects line by line.
+  for (const std::string& json : {lobbyJson(picture), detailsJson(details)}) {
+    expectPrintable({json});
+    EXPECT_TRUE(json.starts_with('{') && json.ends_with('}'));
+  }
+}
+
+TEST(LobbyText, JsonHasTheFieldsOfTheCommands) {
+  LobbyPicture picture;
+  picture.apply(*update(5, {table(1, "One", 3)}));
+  const auto counters = make<SrvServerCountersInfo>();
+  counters->counters().set(kTables, 1u);
+  picture.apply(*counters);
+  const std::string json = lobbyJson(picture);
+  EXPECT_THAT(json, HasSubstr(R"("tableName":"One")"));
+  EXPECT_THAT(json, HasSubstr(R"("players":3)"));
+  EXPECT_THAT(json, HasSubstr(R"("version":5)"));
+  EXPECT_THAT(json, HasSubstr(R"({"key":3,"value":1})"));
+  EXPECT_THAT(json, HasSubstr(R"("news":[])"));
+}
+
+}  // namespace
+}  // namespace poker::holdem
