@@ -64,7 +64,7 @@ class MadeServer final : public SessionEvents {
   void onOpen(TcpSession& session) override { session_ = &session; }
   void onCommand(TcpSession& session, CommandHandle<> command) override {
     session_ = &session;
-    const std::string name = CommandFactory::find(*command)->name();
+    const std::string name(CommandFactory::find(*command)->name());
     if (name == "ClHandShake") {
       say<SrvHandShaked>();
       session.setState(SessionState::ShakenHands);
