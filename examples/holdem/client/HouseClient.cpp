@@ -14,7 +14,7 @@ using namespace std::chrono_literals;
 constexpr std::chrono::milliseconds kFirstPause = 200ms;
 constexpr std::chrono::milliseconds kLongestPause = 3s;
 
-std::shared_ptr<const SessionOptions> optionsFrom(const HouseSettings& settings) {
+std::shared_ptr<const SessionOptions> optionsFrom(const VisitorSettings& settings) {
   auto options = std::make_shared<SessionOptions>(SessionOptions::forClient());
   options->limits.keepAlive = settings.keepAlive;
   return options;
@@ -61,7 +61,7 @@ class HouseClient::Link final : public SessionEvents {
   HouseClient* player_;
 };
 
-HouseClient::HouseClient(asio::io_context& context, HouseSettings settings, HouseEvents& events)
+HouseClient::HouseClient(asio::io_context& context, VisitorSettings settings, HouseEvents& events)
     : context_(context),
       settings_(std::move(settings)),
       events_(events),

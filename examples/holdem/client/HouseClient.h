@@ -21,7 +21,7 @@
 namespace poker::holdem {
 
 /// Who comes to the house, and how.
-struct HouseSettings {
+struct VisitorSettings {
   Endpoint server;
   std::string name;
   std::string password;
@@ -97,7 +97,7 @@ class HouseClient : protected SrvCmdProcessor {
   using FrameObserver = std::function<void(FrameDirection, std::span<const std::uint8_t>)>;
 
   /// @param events  must outlive this object
-  HouseClient(asio::io_context& context, HouseSettings settings, HouseEvents& events);
+  HouseClient(asio::io_context& context, VisitorSettings settings, HouseEvents& events);
   /// Closes without a word.
   ~HouseClient() override;
   HouseClient(const HouseClient&) = delete;
@@ -173,7 +173,7 @@ class HouseClient : protected SrvCmdProcessor {
   void onSrvRplHandHistoryList(Results&, const SrvRplHandHistoryList& command) override;
 
   asio::io_context& context_;
-  HouseSettings settings_;
+  VisitorSettings settings_;
   HouseEvents& events_;
   FrameObserver observer_;
   CmdDispatcher dispatcher_;

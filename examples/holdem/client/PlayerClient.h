@@ -10,7 +10,7 @@
 
 namespace poker::holdem {
 
-struct PlayerSettings : HouseSettings {
+struct PlayerSettings : VisitorSettings {
   std::uint32_t gameID = 1;
   std::string tablePassword;  ///< of a private table
   bool sitsDown = false;      ///< otherwise it looks on

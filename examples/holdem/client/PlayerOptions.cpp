@@ -16,7 +16,7 @@
 
 namespace poker::holdem {
 
-void addHouse(CLI::App& app, HouseSettings& player, std::string& passwordFile) {
+void addHouse(CLI::App& app, VisitorSettings& player, std::string& passwordFile) {
   addEndpoint(app, "--connect", player.server, "the server")->required();
   app.add_option("--name", player.name, "of the account, as it is shown at the table")
       ->capture_default_str()

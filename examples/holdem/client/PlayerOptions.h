@@ -39,7 +39,7 @@ struct PlayerOptions {
   std::string passwordFile;
 };
 /// The server, the name, the password. The name that is there is the default.
-void addHouse(CLI::App& app, HouseSettings& player, std::string& passwordFile);
+void addHouse(CLI::App& app, VisitorSettings& player, std::string& passwordFile);
 /// All of that, and the table.
 void addPlayer(CLI::App& app, PlayerOptions& options);
 /// The seat, and what to bring.

@@ -12,7 +12,7 @@ namespace poker::holdem {
 namespace {
 
 struct Options {
-  HouseSettings player;
+  VisitorSettings player;
   std::string passwordFile;
   ReplayRequestInfo wanted;
   std::uint32_t hand = 0;  // 0: those that are wanted

@@ -21,7 +21,7 @@ namespace {
 constexpr std::chrono::milliseconds kRedrawPause{50};  // what comes together is shown together
 
 struct Options {
-  HouseSettings player;
+  VisitorSettings player;
   std::string passwordFile;
   std::uint32_t table = 0;  // 0: the list
   bool follows = false;

@@ -61,7 +61,7 @@ Change changeFromText(const std::string& text) {
 }
 
 struct Options {
-  HouseSettings player;
+  VisitorSettings player;
   std::string passwordFile;
   std::string of;  // empty: the player's own
   std::vector<Change> changes;

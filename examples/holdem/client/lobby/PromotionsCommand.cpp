@@ -14,7 +14,7 @@ namespace poker::holdem {
 namespace {
 
 struct Options {
-  HouseSettings player;
+  VisitorSettings player;
   std::string passwordFile;
   bool finishedToo = false;
   Colour colour = Colour::Auto;

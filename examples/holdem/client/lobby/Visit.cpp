@@ -18,7 +18,7 @@ constexpr std::chrono::seconds kPatience{10};
 
 }  // namespace
 
-Visit::Visit(HouseSettings settings, std::string_view program)
+Visit::Visit(VisitorSettings settings, std::string_view program)
     : program_(program), status_(kNotAsExpected), house_(context_, std::move(settings), *this) {}
 
 int Visit::run() {

@@ -14,7 +14,7 @@ namespace poker::holdem {
 class Visit : protected HouseEvents {
  public:
   /// @param program  whose trouble is told: "holdem-client lobby"
-  Visit(HouseSettings settings, std::string_view program);
+  Visit(VisitorSettings settings, std::string_view program);
 
   /// Comes in, and returns when it is over.
   /// @return the exit status
