@@ -45,18 +45,6 @@ void addSeat(CLI::App& app, PlayerSettings& player) {
   addMoney(app, "--buy-in", player.buyIn, "what to bring; otherwise a hundred big blinds");
 }
 
-std::optional<RealMoneyType> moneyFromText(std::string_view text) {
-  const std::size_t point = std::min(text.find('.'), text.size());
-  const std::string_view units = text.substr(0, point);
-  const std::string_view fraction = text.substr(std::min(point + 1, text.size()));
-  const auto isNumber = [](std::string_view digits) {
-    return !digits.empty() && digits.find_first_not_of("0123456789") == std::string_view::npos;
-  };
-  if (!isNumber(units) || (point != text.size() && (!isNumber(fraction) || fraction.size() > 2))) return std::nullopt;
-  const RealMoneyType money = RealMoneyType::fromText(text);
-  return money <= kLargestMoney ? std::optional(money) : std::nullopt;
-}
-
 CLI::Option* addMoney(CLI::App& app, const std::string& name, RealMoneyType& value, const std::string& help) {
   const auto assign = [&value, name](const std::string& text) {
     const std::optional<RealMoneyType> money = moneyFromText(text);

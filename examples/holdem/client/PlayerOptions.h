@@ -1,6 +1,7 @@
 #pragma once
 
 #include <examples/holdem/client/PlayerClient.h>
+#include <examples/holdem/shared/MoneyText.h>
 #include <examples/holdem/shared/Options.h>
 
 #include <asio/io_context.hpp>
@@ -46,9 +47,6 @@ void addPlayer(CLI::App& app, PlayerOptions& options);
 void addSeat(CLI::App& app, PlayerSettings& player);
 /// An amount of chips above zero.
 CLI::Option* addMoney(CLI::App& app, const std::string& name, RealMoneyType& value, const std::string& help);
-
-/// Reads "12", "12.5" or "12.50". Nothing for any other text, and above the largest amount.
-std::optional<RealMoneyType> moneyFromText(std::string_view text);
 
 /// The first line of the file; without a file, a new one that nobody can guess.
 /// @throws std::runtime_error  there is no such file, or no password in it

@@ -1,5 +1,7 @@
 #include <examples/holdem/server/TableText.h>
 
+#include <examples/holdem/shared/MoneyText.h>
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -52,19 +54,6 @@ void readField(std::string_view key, std::string_view value, TableSettings& tabl
 }
 
 }  // namespace
-
-std::optional<RealMoneyType> moneyFromText(std::string_view text) {
-  constexpr std::string_view kDigits = "0123456789";
-  const std::size_t point = text.find('.');
-  const std::string_view units = text.substr(0, point);
-  const std::string_view fraction = point == text.npos ? "0" : text.substr(point + 1);
-  const bool isNumber = units.find_first_not_of(kDigits) == units.npos &&
-                        fraction.find_first_not_of(kDigits) == fraction.npos && !units.empty() && !fraction.empty() &&
-                        fraction.size() <= 2;
-  if (!isNumber) return std::nullopt;
-  const RealMoneyType amount = RealMoneyType::fromText(text);
-  return amount <= kLargestMoney ? std::optional(amount) : std::nullopt;
-}
 
 TableSettings tableFromText(std::string_view text, const TableSettings& usual) {
   TableSettings table = usual;

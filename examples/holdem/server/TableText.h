@@ -2,14 +2,10 @@
 
 #include <examples/holdem/server/table/TableSettings.h>
 
-#include <optional>
 #include <string>
 #include <string_view>
 
 namespace poker::holdem {
-
-/// An amount as people write it: "12", "12.5" or "12.50", up to kLargestMoney. Nothing for anything else.
-std::optional<RealMoneyType> moneyFromText(std::string_view text);
 
 /// A table as it is written on the command line, for example "name=River,game=fixed-limit,blinds=1/2,seats=6":
 ///

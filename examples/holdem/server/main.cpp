@@ -4,6 +4,7 @@
 #include <LogUtil/Log.h>
 #include <examples/holdem/server/Server.h>
 #include <examples/holdem/server/TableText.h>
+#include <examples/holdem/shared/MoneyText.h>
 #include <examples/holdem/shared/Options.h>
 
 #include <asio/signal_set.hpp>
