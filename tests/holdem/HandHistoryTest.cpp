@@ -12,7 +12,6 @@
 #include <limits>
 #include <map>
 #include <random>
-#include <regex>
 #include <set>
 #include <sstream>
 #include <string>
@@ -273,8 +272,15 @@ TEST(HandHistory, TellsAWinnerWhoNeedNotShow) {
 
 // Hands of bots
 
-/// "12.50"
-RealMoneyType amountIn(const std::string& text) { return RealMoneyType::fromText(text); }
+/// The amount that the text begins with.
+RealMoneyType amountIn(std::string_view text) {
+  return RealMoneyType::fromText(text.substr(0, text.find_first_not_of("0123456789.")));
+}
+/// The amount that stands behind the mark; zero when it is not there.
+RealMoneyType amountAfter(std::string_view mark, std::string_view text) {
+  const std::size_t place = text.find(mark);
+  return place == text.npos ? kZeroMoney : amountIn(text.substr(place + mark.size()));
+}
 
 /// Reads a text as a player does who adds up what happened, and holds it against the record.
 class Reader {
@@ -293,42 +299,45 @@ class Reader {
 
  private:
   void read(const std::string& line) {
-    static const std::regex kAction(
-        R"re(([^:]+): (posts|folds|checks|calls|bets|raises)((?: [a-z]+)*)( ([0-9.]+))?( to ([0-9.]+))?.*)re");
-    static const std::regex kDead(R"re(.*, of it ([0-9.]+) dead.*)re");
-    static const std::regex kAllDead(R"re(.*posts ([0-9.]+) dead.*)re");
-    static const std::regex kUncalled(R"re(Uncalled bet \(([0-9.]+)\) returned to (.+))re");
-    static const std::regex kCollected(R"re((.+) collected ([0-9.]+) from .*)re");
-    static const std::regex kTotal(R"re(Total pot ([0-9.]+).* \| Rake ([0-9.]+))re");
-    std::smatch found;
     if (line == "*** SUMMARY ***") summary_ = true;
-    if (line.starts_with("*** FLOP") || line.starts_with("*** TURN") || line.starts_with("*** RIVER")) bets_.clear();
-    if (std::regex_match(line, found, kTotal)) {
-      total_ = amountIn(found[1]);
-      rake_ = amountIn(found[2]);
-    } else if (summary_) {
-      return;
-    } else if (std::regex_match(line, found, kUncalled)) {
-      expect(found[2], UserAction::NoAction, amountIn(found[1]));
-    } else if (std::regex_match(line, found, kCollected)) {
-      won_[found[1]] += amountIn(found[2]);
-      collected_ += amountIn(found[2]);
-    } else if (std::regex_match(line, found, kAction)) {
-      const std::string name = found[1];
-      const std::string verb = found[2];
-      std::smatch dead;
-      RealMoneyType amount = amountIn(found[5]);
-      if (verb == "raises") amount = amountIn(found[7]) - bets_[name];
-      bets_[name] += amount;
-      if (std::regex_match(line, dead, kDead) || std::regex_match(line, dead, kAllDead))
-        bets_[name] -= amountIn(dead[1]);
-      const auto code = static_cast<UserAction>((*action_)["action"].get<std::uint32_t>());
-      EXPECT_EQ(verb == "folds", code == UserAction::Fold);
-      EXPECT_EQ(verb == "checks", code == UserAction::Check);
-      expect(name, code, amount);
-      EXPECT_EQ(line.ends_with(" and is all-in"), verb != "folds" && verb != "checks" && left_[name] == kZeroMoney)
-          << line;
+    if (line.starts_with("*** ") && !line.starts_with("*** HOLE")) bets_.clear();
+    if (line.starts_with("Total pot ")) {
+      total_ = amountAfter("Total pot ", line);
+      rake_ = amountAfter("Rake ", line);
     }
+    if (summary_) return;
+    if (line.starts_with("Uncalled bet (")) {
+      constexpr std::string_view kTo = " returned to ";
+      expect(line.substr(line.find(kTo) + kTo.size()), UserAction::NoAction, amountAfter("(", line));
+    }
+    for (const Json& player : record_["players"]) {
+      const std::string name = player["name"];
+      if (line.starts_with(name + " collected ")) {
+        won_[name] += amountAfter(" collected ", line);
+        collected_ += amountAfter(" collected ", line);
+      }
+      if (line.starts_with(name + ": ")) act(name, line.substr(name.size() + 2));
+    }
+  }
+  void act(const std::string& name, const std::string& what) {
+    const std::string verb = what.substr(0, what.find(' '));
+    if (verb == "shows" || verb == "mucks" || verb == "doesn't") return;
+    RealMoneyType amount, dead;
+    if (verb == "posts") {
+      amount = amountIn(std::string_view(what).substr(what.find_first_of("0123456789")));
+      if (what.ends_with("dead")) dead = what.find(", of it ") != what.npos ? amountAfter(", of it ", what) : amount;
+    } else if (verb == "raises") {
+      amount = amountAfter(" to ", what) - bets_[name];
+    } else {
+      amount = amountAfter(verb + ' ', what);
+    }
+    bets_[name] += amount - dead;
+    ASSERT_NE(action_, record_["actions"].end());
+    const auto code = static_cast<UserAction>((*action_)["action"].get<std::uint32_t>());
+    EXPECT_EQ(verb == "folds", code == UserAction::Fold);
+    EXPECT_EQ(verb == "checks", code == UserAction::Check);
+    expect(name, code, amount);
+    EXPECT_EQ(what.ends_with(" and is all-in"), amount > kZeroMoney && left_[name] == kZeroMoney) << what;
   }
   /// The next action of the record.
   void expect(const std::string& name, UserAction code, const RealMoneyType& amount) {
@@ -350,11 +359,16 @@ class Reader {
 };
 
 /// Every card that a text names.
-std::set<std::string> cardsIn(const std::string& text) {
-  static const std::regex kCard("\\b[2-9TJQKA][cdhs]\\b");
+std::set<std::string> cardsIn(std::string text) {
+  for (char& c : text) c = std::string_view("[]()\n").find(c) != std::string_view::npos ? ' ' : c;
+  std::istringstream words(text);
   std::set<std::string> cards;
-  for (std::sregex_iterator found(text.begin(), text.end(), kCard), end; found != end; ++found)
-    cards.insert(found->str());
+  for (std::string word; words >> word;) {
+    if (word.size() == 2 && std::string_view("23456789TJQKA").find(word[0]) != std::string_view::npos &&
+        std::string_view("cdhs").find(word[1]) != std::string_view::npos) {
+      cards.insert(word);
+    }
+  }
   return cards;
 }
 
