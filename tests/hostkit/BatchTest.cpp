@@ -138,7 +138,7 @@ TEST_F(Batches, ThatLieEndTheSessionAndNothingOfThemIsActedOn) {
   const auto size = static_cast<std::uint32_t>(good.size());
   const Bytes body = deflated(good);
   Bytes badSum = body;
-  badSum.back() ^= 1;
+  badSum.at(badSum.size() - 1) ^= 1;
   Bytes badByte = body;
   badByte[4] ^= 0x10;
   const Bytes aMillion = deflated(Bytes(kLargestBatch + 1, 0));
