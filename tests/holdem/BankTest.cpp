@@ -235,7 +235,7 @@ TEST(Bank, BringsAnOlderFileUpToDate) {
   SQLite::Database(file, SQLite::OPEN_READWRITE)
       .exec(
           "ALTER TABLE hand_player DROP COLUMN game; ALTER TABLE hand_player DROP COLUMN began;"
-          "ALTER TABLE hand_player DROP COLUMN ended; PRAGMA user_version = 1");
+          "ALTER TABLE hand_player DROP COLUMN ended; PRAGMA user_version = 3");
   for (int opening = 0; opening < 2; ++opening) {
     Bank bank(settings(file));
     HandFilter filter;

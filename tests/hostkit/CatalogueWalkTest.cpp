@@ -96,10 +96,16 @@ TEST(Catalogue, IsWholeAndEveryClassGoesItsWayFromThePoolToItsHandler) {
     SCOPED_TRACE(row.name());
     const CommandFields* fields = CommandFields::of(row.name());
     ASSERT_TRUE(row.create != nullptr && fields != nullptr) << "the class is missing";
+    int sets = 0;
     for (std::uint64_t round = 0; round < 200; ++round) {
       const CommandHandle<> sent(row.create());
       RandomFields values(round * 256 + row.code());
-      fields->assign(*sent, values);
+      try {
+        fields->assign(*sent, values);
+      } catch (const FieldValueError&) {
+        continue;  // what is held may be narrower than what travels
+      }
+      ++sets;
       ASSERT_TRUE(row.fitsOnWire(*sent));
       const Bytes bytes = frameOf(*sent);
 
@@ -129,6 +135,7 @@ TEST(Catalogue, IsWholeAndEveryClassGoesItsWayFromThePoolToItsHandler) {
         EXPECT_EQ(recorder.calls[0].second, received.get());
       }
     }
+    EXPECT_GE(sets, 20);
   }
 }
 
