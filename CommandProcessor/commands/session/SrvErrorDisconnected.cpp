@@ -13,7 +13,7 @@ struct Texts {
 };
 
 // By error code; the last row serves every code beyond.
-constexpr Texts kTexts[] = {
+constexpr Texts kDisconnectTexts[] = {
     {"SrvErr_BadReplay", "Internal communication error. BadReplay"},
     {"SrvErr_BadGameID", "This table has been removed.\nGo to Lobby and choose another table."},
     {"SrvErr_BadCommand", "Internal communication error. BadCommand"},
@@ -26,7 +26,7 @@ constexpr Texts kTexts[] = {
 };
 
 const Texts& textsOf(SrvErrorDisconnected::ErrorCode code) {
-  return code < std::size(kTexts) ? kTexts[code] : *std::rbegin(kTexts);
+  return code < std::size(kDisconnectTexts) ? kDisconnectTexts[code] : *std::rbegin(kDisconnectTexts);
 }
 
 }  // namespace

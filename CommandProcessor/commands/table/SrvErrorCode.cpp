@@ -15,7 +15,7 @@ constexpr std::string_view kDuration = "{duration}";
 constexpr const char* kInternalError = "Internal server error";
 
 // By error code; the last row serves every code beyond. Line breaks and grammar are as clients have always shown them.
-constexpr const char* kTexts[] = {
+constexpr const char* kErrorTexts[] = {
     "Seat already taken",
     "You do not have enough money to participate in\ngame on this table! Please, visit the Cashier.",
     "Your account is not setup for real money table!",
@@ -51,7 +51,7 @@ void fillIn(std::string& text, std::string_view placeholder, const std::string& 
 
 std::string errorCodeToString(SrvErrorCode code, std::int32_t duration, const RealMoneyType& money) {
   const auto row = static_cast<std::uint32_t>(code);
-  std::string text = row < std::size(kTexts) ? kTexts[row] : *std::rbegin(kTexts);
+  std::string text = row < std::size(kErrorTexts) ? kErrorTexts[row] : *std::rbegin(kErrorTexts);
   fillIn(text, kMoney, money.toString());
   fillIn(text, kDuration, durationToString(duration < 1 ? kUsualDuration : duration));
   return text;

@@ -8,7 +8,7 @@ namespace poker {
 namespace {
 
 // By position.
-constexpr const char* kTexts[] = {"None", "Normal", "Small Blind", "Big Blind", "Post", "Straddle"};
+constexpr const char* kPositionTexts[] = {"None", "Normal", "Small Blind", "Big Blind", "Post", "Straddle"};
 
 constexpr struct {
   UserAction action;
@@ -30,7 +30,9 @@ void SrvHoldemPlayerPos::init(UserAction action) {
   }
 }
 
-const char* SrvHoldemPlayerPos::playerPos2String(PlayerPos pos) { return pos < std::size(kTexts) ? kTexts[pos] : ""; }
+const char* SrvHoldemPlayerPos::playerPos2String(PlayerPos pos) {
+  return pos < std::size(kPositionTexts) ? kPositionTexts[pos] : "";
+}
 
 void SrvHoldemPlayerPos::fields(auto& self, auto&& field) { field("pos", self.pos_); }
 

@@ -8,7 +8,7 @@ namespace poker {
 namespace {
 
 // By reason; reasons beyond have no text.
-constexpr const char* kTexts[] = {
+constexpr const char* kRegisterTexts[] = {
     "",
     "You are successfully registered.",
     "You need to enter a password for this private tournament\n"
@@ -38,7 +38,7 @@ void SrvTourRegisterResult::init(Reason reason, std::uint32_t tourID, const Tour
 
 std::string SrvTourRegisterResult::reasonStr() const {
   const auto row = static_cast<std::uint8_t>(reason_);
-  return row < std::size(kTexts) ? kTexts[row] : "";
+  return row < std::size(kRegisterTexts) ? kRegisterTexts[row] : "";
 }
 
 void SrvTourRegisterResult::fields(auto& self, auto&& field) {

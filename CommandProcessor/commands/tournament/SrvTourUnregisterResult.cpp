@@ -8,7 +8,7 @@ namespace poker {
 namespace {
 
 // By reason; reasons beyond have no text.
-constexpr const char* kTexts[] = {
+constexpr const char* kUnregisterTexts[] = {
     "",
     "You are successfully unregistered.",
     "Tournament is already started!",
@@ -25,7 +25,7 @@ void SrvTourUnregisterResult::init(Reason reason, std::uint32_t tourID) {
 
 std::string SrvTourUnregisterResult::reasonStr() const {
   const auto row = static_cast<std::uint8_t>(reason_);
-  return row < std::size(kTexts) ? kTexts[row] : "";
+  return row < std::size(kUnregisterTexts) ? kUnregisterTexts[row] : "";
 }
 
 void SrvTourUnregisterResult::fields(auto& self, auto&& field) {
