@@ -232,6 +232,23 @@ TEST(TournamentGetters, ReturnTheFieldThatTheyName) {
   EXPECT_EQ(versions->getTextVer(), 3u);
   EXPECT_EQ(versions->prizeVersion(), 5u);
   EXPECT_EQ(versions->getFundVer(), 6u);
+  EXPECT_EQ(make<ClGetTourDetails>(1u, 2u)->getVersion(), 2u);
+  EXPECT_EQ(make<ClGetTourTableInfo>(1u, 2u)->table(), 2u);
+  EXPECT_EQ(make<ClMoveMe2MyTable>(1u, 2u)->tableID(), 2u);
+  EXPECT_EQ(make<ClSubscribeForTable>(1u, 2u)->getSubscribedTable(), 1u);
+  EXPECT_EQ(make<ClGetExtraMoney>(ExtraMoneyRequest::AddOn, true, 3u, 4u, kChoice)->getRebuys(), 3u);
+  const auto wait = make<SrvTourStartInfo>(1, 2);
+  EXPECT_EQ(wait->getPlayers(), 1);
+  EXPECT_EQ(wait->getSeconds(), 2);
+  const auto stacks = make<SrvUpdatePlayersMoney>(1u, 2u);
+  EXPECT_EQ(stacks->getRequestedTable(), 1u);
+  EXPECT_EQ(stacks->tourID(), 2u);
+  const auto fund = make<SrvUpdatePrizeFund>(1u, PrizeFundInfo(), 2u);
+  EXPECT_EQ(fund->getVersion(), 1u);
+  EXPECT_EQ(fund->tourID(), 2u);
+  const auto prizes = make<SrvUpdatePrizeDescr>(PrizeSchemeInfoMap(), 1u, 2u);
+  EXPECT_EQ(prizes->tourID(), 1u);
+  EXPECT_EQ(prizes->prizeVersion(), 2u);
   const auto level = make<SrvLevelSwitch>(cents(1), cents(2), std::int16_t{-1}, 4, SwitchType::ByHands, true);
   EXPECT_EQ(level->getLowBet(), cents(1));
   EXPECT_EQ(level->getHiBet(), cents(2));
@@ -245,6 +262,7 @@ TEST(TournamentGetters, ReturnTheFieldThatTheyName) {
   EXPECT_EQ(cost->getTotal().cash, cents(3));
   const auto summary =
       make<SrvMultiTourDetailedInfo>(MultiTourMoneyInfo(), MultiStartInfo(), MultiTourneyInfo(), 1u, 2u, true);
+  EXPECT_EQ(summary->ownTable(), 2u);
   summary->tourID() = 9;
   summary->getTourInfo().tables = 8;
   summary->getStartInfo().starts = "now";
