@@ -20,6 +20,19 @@ std::shared_ptr<const SessionOptions> optionsFrom(const VisitorSettings& setting
   return options;
 }
 
+std::string_view howLost(CloseReason reason) {
+  switch (reason) {
+    case CloseReason::ConnectFailed:
+      return "and cannot be made again";
+    case CloseReason::ByPeer:
+      return "the server has closed it";
+    case CloseReason::Idle:
+      return "the server was silent";
+    default:
+      return toText(reason);
+  }
+}
+
 }  // namespace
 
 /// Between a session and its player. It belongs to the session, which may live on after the player is gone.
@@ -113,7 +126,7 @@ void HouseClient::onClosed(CloseReason reason) {
   if (reason == CloseReason::ConnectFailed && !wasSettled_) {
     return end(PlayerEnd::NoConnection, server + ": no connection to the server");
   }
-  end(PlayerEnd::Lost, server + ": the connection is lost (" + std::string(toText(reason)) + ')');
+  end(PlayerEnd::Lost, server + ": the connection is lost (" + std::string(howLost(reason)) + ')');
 }
 
 void HouseClient::giveUp(std::string_view why) {
@@ -166,8 +179,9 @@ void HouseClient::logOn() {
 void HouseClient::onSrvRegistrationOk(Results&, SrvRegistrationOk&) { logOn(); }
 
 void HouseClient::onSrvRegistrationFail(Results&, SrvRegistrationFail& refusal) {
-  if (refusal.result() != CommonTypes::UserNameTaken) return giveUp(refusal.errorMsg());
-  logOn();
+  if (refusal.result() == CommonTypes::UserNameTaken) return logOn();
+  // The server says no more than that it could not be done.
+  giveUp(std::string(refusal.errorMsg()) + " A name has 2 to 20 letters, digits, blanks, - _ or .");
 }
 
 void HouseClient::onSrvLogonOk(Results&, SrvLogonOk&) {
@@ -199,7 +213,8 @@ void HouseClient::onSrvErrorDisconnected(Results&, SrvErrorDisconnected& notice)
   const SrvErrorDisconnected::ErrorCode code = notice.getErrorCode();
   // Of these two the player is not the cause: it is as if the connection had been lost.
   if (code == SrvErrorDisconnected::DisconnectConn || code == SrvErrorDisconnected::InternalError) return;
-  refusal_ = notice.errCodeToVisualString();
+  refusal_ = code == SrvErrorDisconnected::Reconnect ? "You have logged on once more, somewhere else."
+                                                     : notice.errCodeToVisualString();
 }
 
 void HouseClient::onSrvMaintenance(Results&, const SrvMaintenance& notice) {

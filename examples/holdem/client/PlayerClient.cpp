@@ -92,6 +92,8 @@ void PlayerClient::onEntered() {
 }
 
 void PlayerClient::onSrvRequestPass(Results&, const SrvRequestPass&) {
+  if (settings_.tablePassword.empty())
+    return giveUp("This table is private: --table-password has to tell its password.");
   send<ClSendUserPass>(settings_.tablePassword.c_str());
 }
 

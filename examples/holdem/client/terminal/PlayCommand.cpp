@@ -23,10 +23,22 @@ constexpr std::string_view kHelp =
     "  at your turn   f fold   k check   c call   b 12 bet   r 24 raise   a all-in\n"
     "                 (amounts are what you add to what lies before you)\n"
     "  at any time    t TEXT or /chat TEXT   m chips, m 100 more of them\n"
-    "                 s sit out   back   post a blind, not wait\n"
-    "                 l leave the seat   sit 3 take one   wait for one at a full table\n"
+    "                 s sit out   back plays again   post pays a blind, not wait\n"
+    "                 l leave the seat   sit 3 take one\n"
+    "                 wait queue at a full table\n"
     "                 take 100 or refuse a seat that is held for you\n"
-    "                 lobby all tables   last hand in words   h this help   q leave and end";
+    "                 lobby all tables   last hand in words\n"
+    "                 h this help   q leave and end";
+
+/// Our own lines, each a bit to the right.
+std::string indented(std::string_view lines) {
+  std::string text;
+  for (bool atStart = true; const char c : lines) {
+    if (std::exchange(atStart, c == '\n') && c != '\n') text += "  ";
+    text += c;
+  }
+  return text;
+}
 
 struct Options : PlayerOptions {
   Colour colour = Colour::Auto;
@@ -72,7 +84,10 @@ class PlayTable final : public TableScreen {
     print("  m 100 brings a hundred chips; without more the seat is lost.");
   }
   void onWaiting(std::uint32_t) override { print("  You wait for a seat here; wait once more ends it."); }
-  void onWaitingOver(std::uint32_t) override { print("  You wait for a seat no more."); }
+  void onWaitingOver(std::uint32_t) override {
+    print(std::exchange(isInvited_, false) ? "  The seat is not held for you any more; wait queues you again."
+                                           : "  You wait for a seat no more.");
+  }
   void onInvitation(const SrvWaitList& command) override;
   void onRefused(std::string_view why) override {
     TableScreen::onRefused(why);
@@ -108,6 +123,7 @@ class PlayTable final : public TableScreen {
   // What a look at the lobby has still to bring.
   static constexpr unsigned kList = 1, kCounters = 2, kNews = 4;
   unsigned lobbyRest_ = 0;
+  bool isInvited_ = false;  // and has not answered
   LobbyPicture lobby_;
   bool leaving_ = false;
   int status_ = kNotAsExpected;
@@ -159,9 +175,10 @@ void PlayTable::sit(std::string_view seat) {
 }
 
 void PlayTable::onInvitation(const SrvWaitList& command) {
+  isInvited_ = true;
   const bool isHere = command.gameID() == picture().state().gameID;
-  print(fmt::format("  {} A seat is held for you{}: take or take 100 sits down there, refuse leaves it to the next.",
-                    bold("★"), isHere ? "" : fmt::format(" at table {}", command.gameID())));
+  print(fmt::format("  {} A seat is held for you{}: take, take 100 or refuse.", bold("★"),
+                    isHere ? "" : fmt::format(" at table {}", command.gameID())));
 }
 
 void PlayTable::wait() {
@@ -203,7 +220,7 @@ void PlayTable::askForLastHand() {
 
 void PlayTable::onHandTexts(const SrvRplHandHistory& command) {
   if (command.getGames().empty()) print("  You have played no hand here yet.");
-  for (const std::string& hand : command.getGames()) print(escapedLines(hand));
+  for (const std::string& hand : command.getGames()) print(indented(escapedLines(hand)));
 }
 
 void PlayTable::take(std::string_view line) {
@@ -224,10 +241,13 @@ void PlayTable::take(std::string_view line) {
     if (word == "sit") return sit(rest);
     if (word == "wait") return wait();
     if (word == "take") return takeSeat(rest);
-    if (word == "refuse")
+    if (word == "refuse") {
+      isInvited_ = false;
       return client().invitation() ? client().rejectInvitation() : print("  No seat is held for you.");
+    }
+    return print(fmt::format("  You have no seat: {}, h shows what else you can type.",
+                             client().isFull() ? "wait queues you for one" : "sit takes one"));
   }
-  if (seat == nullptr) return print("  You have no seat: sit takes one, h shows what else you can type.");
   const auto box = [this](UserAction action, bool on) {
     client().send<ClActionInAdvance>(actionBit(action), kZeroMoney, on);
   };

@@ -1,3 +1,4 @@
+#include <examples/holdem/client/Later.h>
 #include <examples/holdem/client/PlayerOptions.h>
 #include <examples/holdem/client/lobby/LobbyPicture.h>
 #include <examples/holdem/client/terminal/TableScreen.h>
@@ -14,6 +15,8 @@ namespace poker::holdem {
 
 namespace {
 
+constexpr std::chrono::milliseconds kLastWords{200};
+
 struct Options : PlayerOptions {
   unsigned hands = 0;
   std::string readyFile;
@@ -24,7 +27,7 @@ struct Options : PlayerOptions {
 class Watch final : public TableScreen {
  public:
   Watch(asio::io_context& context, const Options& options, ScreenSettings screen)
-      : TableScreen(context, options.player, screen), context_(context), options_(options) {}
+      : TableScreen(context, options.player, screen), context_(context), options_(options), leave_(context) {}
 
   int status() const { return status_; }
 
@@ -44,7 +47,8 @@ class Watch final : public TableScreen {
   }
   void onShowDown(const SrvTUShowDown& command) override {
     TableScreen::onShowDown(command);
-    if (handsSeen() == options_.hands) client().leave();
+    // What the hand has decided beside the chips, such as a promotion, is told right after it.
+    if (handsSeen() == options_.hands) leave_.in(kLastWords, [this] { client().leave(); });
   }
   void onEnd(PlayerEnd end, std::string_view why) override {
     finish();
@@ -60,6 +64,7 @@ class Watch final : public TableScreen {
   asio::io_context& context_;
   const Options& options_;
   LobbyPicture lobby_;
+  Later leave_;
   bool isTableClosed_ = false;
   int status_ = kNotAsExpected;
 };

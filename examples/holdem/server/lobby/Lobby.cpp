@@ -112,7 +112,8 @@ const SrvServerCountersInfo::Counters& Lobby::counters() {
   std::uint32_t seated = 0, playing = 0;
   std::uint64_t hands = 0;
   for (const Shown& shown : shown_) {
-    seated += static_cast<std::uint32_t>(shown.table->players());
+    if (list_.find(shown.table->settings().gameID) != nullptr)
+      seated += static_cast<std::uint32_t>(shown.table->players());
     playing += shown.table->isIdle() ? 0 : 1;
     hands += shown.table->handsPlayed();
   }
