@@ -95,7 +95,7 @@ TEST(LobbyPicture, CountersAndNewsAreKeptUntilTheyChange) {
   EXPECT_THAT(lines, Not(Contains(HasSubstr("noon"))));
 }
 
-TEST(LobbyText, ColumnsStandBelowEachOtherAndTellWhatTheTableIs) {
+TEST(LobbyText, ColumnsStandBelowEachOtherInEightyOfTheTerminal) {
   LobbyPicture picture;
   ServerTableEntry river = table(12, "River", 6);
   river.waitListLength = 2;
@@ -103,14 +103,37 @@ TEST(LobbyText, ColumnsStandBelowEachOtherAndTellWhatTheTableIs) {
   river.playersPerFlop = 31;
   river.handsPerHour = 260;
   river.flags = ServerTableEntry::PasswordProtected | ServerTableEntry::Closing;
-  picture.apply(*update(1, {table(1, "A table with a longer name"), river}));
+  picture.apply(*update(1, {table(1, "A table with a longer\x9B\x9B name"), river}));
   const std::vector<std::string> lines = lobbyText(picture);
   ASSERT_EQ(lines.size(), 3u);
-  EXPECT_EQ(lines[2],
-            "   12  River                     fixed-limit hold'em     2/4    6/6        2     23.50  31 %      260  "
-            "private, closing");
+  EXPECT_THAT(lines[2], testing::StartsWith("   12  River  "));
+  EXPECT_THAT(lines[2], testing::EndsWith("  FL hold'em     2/4    6/6     2   24   31%      260  closing"));
   EXPECT_EQ(lines[0].find("hands/h") + 7, lines[2].find("260") + 3);
-  EXPECT_EQ(lines[1].find("fixed-limit"), lines[2].find("fixed-limit"));
+  EXPECT_EQ(lines[1].find("FL hold'em"), lines[2].find("FL hold'em"));
+  for (const std::string& line : lines) EXPECT_LE(columnsOf(line), 80u) << line;
+  // No half of an escape is left.
+  EXPECT_EQ(shortened("ab\\x9B\\x9Bcd", 9), "ab\\x9B..");
+  EXPECT_EQ(shortened("ab\\\"cdefg", 5), "ab..");
+  EXPECT_EQ(shortened("abcde", 5), "abcde");
+}
+
+TEST(LobbyText, WhoFollowsATableIsToldWhoHasGone) {
+  const auto sitting = [](std::uint8_t seat, const std::string& name, UserState state) {
+    TablePlayerInfo player;
+    player.seatID = seat;
+    player.displayName = name;
+    player.state = state;
+    return player;
+  };
+  TableInfoDetailed before;
+  before.players = {sitting(0, "Ann", UserState::Playing), sitting(1, "Ben", UserState::Playing),
+                    sitting(2, "Cay", UserState::Reserved)};
+  before.waitList = {"Dan", "Eve"};
+  TableInfoDetailed now;
+  now.players = {sitting(1, "Ben", UserState::Folded), sitting(2, "Dan", UserState::Reserved)};
+  now.waitList = {"Eve"};
+  EXPECT_THAT(departures(before, now),
+              testing::ElementsAre("Ann has left seat 0.", "Seat 2 is held for Cay no more.", "Dan waits no more."));
 }
 
 TEST(LobbyText, NothingThatOthersWroteReachesTheTerminalAsItIs) {

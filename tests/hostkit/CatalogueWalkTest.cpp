@@ -33,55 +33,66 @@ struct Arguments<void (Processor::*)(Args...)> {
 template <auto handler, std::size_t I>
 using Argument = std::tuple_element_t<I, typename Arguments<decltype(handler)>::Types>;
 
-/// Both hosts in one: writes down which handler was called with which object.
-struct Recorder final : ClientCmdProcessor,
-                        SrvCmdProcessor,
-                        ClientTourCmdProcessor,
-                        SrvTourCmdProcessor,
-                        ClientMiscCmdProcessor {
+/// Which handler was called with which object.
+using Calls = std::vector<std::pair<std::string, const void*>>;
+
+template <class Processor, class Command>
+bool processBy(Processor& processor, Command& command) {
+  typename Processor::Results results;
+  ResultsGuard release(results);  // the library answers one command by itself
+  command.process(results, processor);
+  return true;
+}
+
+struct MiscRecorder final : ClientMiscCmdProcessor {
+  explicit MiscRecorder(Calls& record) : calls(record) {}
+  void processCommand(PokerCommandTmpl<ClientMiscCmdProcessorType>& command) override {
+    processBy<ClientMiscCmdProcessor>(*this, command);
+  }
+
+#define COMMAND(FAMILY, CODE, CLASS, PROCESSOR, HANDLER)
+#define MISC_COMMAND(CODE, CLASS, HANDLER) \
+  void HANDLER(Argument<&ClientMiscCmdProcessor::HANDLER, 0> command) override { calls.emplace_back(#CLASS, &command); }
+#define UNHANDLED_COMMAND(FAMILY, CODE, CLASS, PROCESSOR)
+#include <CommandProcessor/core/CommandList.inc>
+
+  Calls& calls;
+};
+
+/// Both hosts in one.
+struct Recorder final : ClientCmdProcessor, SrvCmdProcessor, ClientTourCmdProcessor, SrvTourCmdProcessor {
   Recorder() {
     dispatcher.registerClientCmdProcessor(*this);
     dispatcher.registerSrvCmdProcessor(*this, true);
     dispatcher.registerClientTourCmdProcessor(*this);
     dispatcher.registerSrvTourCmdProcessor(*this, true);
-    dispatcher.registerClientMiscCmdProcessor(*this, true);
+    dispatcher.registerClientMiscCmdProcessor(misc, true);
   }
 
   bool processCommand(PokerCommandTmpl<ClientCmdProcessorType>& command) override {
-    return process<ClientCmdProcessor>(command);
+    return processBy<ClientCmdProcessor>(*this, command);
   }
   bool processCommand(PokerCommandTmpl<SrvCmdProcessorType>& command) override {
-    return process<SrvCmdProcessor>(command);
+    return processBy<SrvCmdProcessor>(*this, command);
   }
   bool processCommand(PokerCommandTmpl<ClientTourCmdProcessorType>& command) override {
-    return process<ClientTourCmdProcessor>(command);
+    return processBy<ClientTourCmdProcessor>(*this, command);
   }
   bool processCommand(PokerCommandTmpl<SrvTourCmdProcessorType>& command) override {
-    return process<SrvTourCmdProcessor>(command);
-  }
-  void processCommand(PokerCommandTmpl<ClientMiscCmdProcessorType>& command) override {
-    process<ClientMiscCmdProcessor>(command);
+    return processBy<SrvTourCmdProcessor>(*this, command);
   }
 
 #define COMMAND(FAMILY, CODE, CLASS, PROCESSOR, HANDLER)                                              \
   void HANDLER(Argument<&PROCESSOR::HANDLER, 0>, Argument<&PROCESSOR::HANDLER, 1> command) override { \
     calls.emplace_back(#CLASS, &command);                                                             \
   }
-#define MISC_COMMAND(CODE, CLASS, HANDLER) \
-  void HANDLER(Argument<&ClientMiscCmdProcessor::HANDLER, 0> command) override { calls.emplace_back(#CLASS, &command); }
+#define MISC_COMMAND(CODE, CLASS, HANDLER)
 #define UNHANDLED_COMMAND(FAMILY, CODE, CLASS, PROCESSOR)
 #include <CommandProcessor/core/CommandList.inc>
 
-  template <class Processor, class Command>
-  bool process(Command& command) {
-    typename Processor::Results results;
-    command.process(results, static_cast<Processor&>(*this));
-    ResultsGuard release(results);  // the library answers one command by itself
-    return true;
-  }
-
   CmdDispatcher dispatcher;
-  std::vector<std::pair<std::string, const void*>> calls;
+  Calls calls;
+  MiscRecorder misc{calls};
 };
 
 std::string shown(const PokerCommandI& command) {

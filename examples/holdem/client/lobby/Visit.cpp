@@ -6,15 +6,21 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <cstdio>
+#include <cstring>
 #include <utility>
+
+#include <poll.h>
+#include <unistd.h>
 
 namespace poker::holdem {
 
 namespace {
 
 constexpr std::chrono::seconds kPatience{10};
+constexpr std::chrono::seconds kBetweenLooks{1};
 
 }  // namespace
 
@@ -38,8 +44,28 @@ void Visit::beAnswered() {
   patience_.cancel();
 }
 
+void Visit::write(std::string_view text) {
+  if (hasFailed_) return;
+  errno = 0;
+  if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0) return;
+  const int failure = errno;
+  if (failure != EPIPE) return fail(fmt::format("cannot write the output: {}", std::strerror(failure)));
+  hasFailed_ = true;  // who has read enough need not be told
+  leave();
+}
+
+void Visit::leaveWithReader() {
+  pollfd output{STDOUT_FILENO, 0, 0};
+  if (poll(&output, 1, 0) > 0 && (output.revents & POLLERR) != 0) {
+    hasFailed_ = true;
+    return leave();
+  }
+  look_.in(kBetweenLooks, [this] { leaveWithReader(); });
+}
+
 void Visit::leave() {
   patience_.cancel();
+  look_.cancel();
   house_.bye();
 }
 
@@ -69,6 +95,14 @@ void Visit::tell(std::string_view text) const {
   std::string line(text);
   std::replace(line.begin(), line.end(), '\n', ' ');
   fmt::print(stderr, "{}: {}\n", program_, escaped(line));
+}
+
+void addVisitor(CLI::App& app, VisitorSettings& player, std::string& passwordFile) {
+  addHouse(app, player, passwordFile);
+  app.footer(
+      "To log on ends another session of the same account, also one that plays.\n"
+      "Without --password-file the password is asked for; where there is no terminal,\n"
+      "--register makes an account whose password nobody knows.");
 }
 
 }  // namespace poker::holdem

@@ -2,6 +2,7 @@
 
 #include <examples/holdem/client/HouseClient.h>
 #include <examples/holdem/client/Later.h>
+#include <examples/holdem/shared/Options.h>
 
 #include <asio/io_context.hpp>
 
@@ -33,6 +34,10 @@ class Visit : protected HouseEvents {
   void awaitAnswer();
   /// What was asked for is there: from now on the visit ends in order, also when the player is told to go.
   void beAnswered();
+  /// Writes to the standard output, at once. When that fails the visit does, and nothing more is written.
+  void write(std::string_view text);
+  /// Ends the visit as soon as nobody reads the output any more, also while there is nothing to write.
+  void leaveWithReader();
   /// Goes.
   void leave();
   /// Tells why, and goes.
@@ -41,20 +46,25 @@ class Visit : protected HouseEvents {
   void onAdminMessage(const SrvAdminMsg& message) override { fail(message.message()); }
   void onNotice(std::string_view text) override { tell(text); }
   void onRefused(std::string_view why) override { fail(why); }
-  void onReconnecting(std::chrono::milliseconds) override { tell("the connection is lost"); }
+  void onReconnecting(std::chrono::milliseconds) override { onNotice("The connection is lost."); }
+  /// A line on the standard error.
+  void tell(std::string_view text) const;
 
  private:
   void onLoggedOn() override;
   void onEnd(PlayerEnd end, std::string_view why) override;
-  void tell(std::string_view text) const;
 
   std::string program_;
   asio::io_context context_{1};
   Later patience_{context_};
+  Later look_{context_};  // at the output's reader
   bool isAnswered_ = false;
   bool hasFailed_ = false;
   int status_;
   HouseClient house_;
 };
+
+/// What every visitor has to say on the command line, and should know.
+void addVisitor(CLI::App& app, VisitorSettings& player, std::string& passwordFile);
 
 }  // namespace poker::holdem

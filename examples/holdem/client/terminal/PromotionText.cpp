@@ -7,9 +7,8 @@
 namespace poker::holdem {
 
 std::string promotionText(const SrvPromoNotify& notice) {
-  const std::string rest = notice.getRest() > 0
-                               ? fmt::format(", {} {} left", notice.getRest(), notice.getRest() == 1 ? "hand" : "hands")
-                               : "";
+  const int left = notice.getRest();
+  const std::string rest = left > 0 ? fmt::format(", {} left", counted(static_cast<std::uint64_t>(left), "hand")) : "";
   switch (notice.getNotifyID()) {
     case SrvPromoNotify::Announced:
       return "A promotion begins soon.";

@@ -30,8 +30,19 @@ std::string escapedLines(std::string_view text) {
 
 std::string shortened(std::string text, std::size_t columns) {
   if (text.size() <= columns) return text;
-  text.resize(columns - 2);
+  std::size_t end = 0;
+  while (true) {
+    const bool isEscape = text[end] == '\\' && end + 1 < text.size();
+    const std::size_t next = end + (!isEscape ? 1 : text[end + 1] == 'x' ? 4 : 2);
+    if (next + 2 > columns) break;
+    end = next;
+  }
+  text.resize(end);
   return text += "..";
+}
+
+std::string counted(std::uint64_t number, std::string_view what) {
+  return fmt::format("{} {}{}", number, what, number == 1 ? "" : "s");
 }
 
 std::size_t columnsOf(std::string_view text) {

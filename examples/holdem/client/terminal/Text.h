@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <string>
 #include <string_view>
@@ -11,8 +12,10 @@ namespace poker::holdem {
 std::string escaped(std::string_view text);
 /// The same for a text of several lines, which it stays; quotes and backslashes stand as they are.
 std::string escapedLines(std::string_view text);
-/// No more of the text than so many columns; dots tell that there was more. For printable ASCII.
+/// No more of an escaped text than so many columns, without half an escape; dots tell that there was more.
 std::string shortened(std::string text, std::size_t columns);
+/// "1 hand", "2 hands".
+std::string counted(std::uint64_t number, std::string_view what);
 /// How many columns our own text takes: UTF-8 with one column a character, colours with none.
 std::size_t columnsOf(std::string_view text);
 /// The columns of a terminal; of anything else as many as one likes.
