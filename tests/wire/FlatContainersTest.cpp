@@ -58,7 +58,8 @@ RC_GTEST_PROP(FlatSet, BehavesAsAnOrderedSet, ()) {
 }
 
 TEST(FlatSet, OrdersTextByUnsignedBytesAndRefillsWithoutAllocation) {
-  const std::string first = elementOf(1), second = "\x80" + elementOf(2), third = "\xFF" + elementOf(3);
+  const std::string first = elementOf(1), second = std::string("\x80").append(elementOf(2));
+  const std::string third = std::string("\xFF").append(elementOf(3));
   FlatSet<std::string> set{third, first, second, first};
   EXPECT_TRUE(std::equal(set.begin(), set.end(), std::begin({first, second, third})));
   const auto fill = [&] {
