@@ -1,7 +1,9 @@
 // Batches beside zlib alone on the same bytes: the answer to who opens the lobby, fifty tables, the counters and the news.
 
 #include <CommandProcessor/commands/AllCommands.h>
+#include <CommandProcessor/wire/DeserializeCommandBuf.h>
 #include <hostkit/Batch.h>
+#include <hostkit/CommandHandle.h>
 #include <hostkit/Encode.h>
 
 #include <benchmark/benchmark.h>
@@ -26,7 +28,8 @@ void append(Bytes& frames, const PokerCommandI& command) {
 constexpr unsigned kTables = 50;
 
 Bytes lobbyOf(unsigned tables) {
-  std::mt19937 random(1);
+  std::mt19937 generator(1);
+  const auto below = [&](unsigned end) { return static_cast<std::uint32_t>(generator() % end); };
   ServerUpdateInfo list;
   list.version = 1'795'000'000;
   for (unsigned i = 1; i <= tables; ++i) {
@@ -42,18 +45,18 @@ Bytes lobbyOf(unsigned tables) {
     table.highBet = table.lowBet * 2;
     table.minBuyIn = table.lowBet * 40;
     table.maxBuyIn = table.lowBet * 200;
-    table.players = static_cast<std::uint16_t>(random() % 10);
-    table.handNumber = table.players > 1 ? 100'000 + random() % 1000 : 0;
-    table.averagePot = random() % 10'000;
-    table.playersPerFlop = static_cast<std::uint8_t>(random() % 100);
-    table.handsPerHour = 60 + random() % 40;
-    table.observers = random() % 5;
-    table.version = list.version - random() % 1000;
+    table.players = static_cast<std::uint16_t>(below(10));
+    table.handNumber = table.players > 1 ? 100'000 + below(1000) : 0;
+    table.averagePot = below(10'000);
+    table.playersPerFlop = static_cast<std::uint8_t>(below(100));
+    table.handsPerHour = 60 + below(40);
+    table.observers = below(5);
+    table.version = list.version - below(1000);
   }
   Bytes frames;
   append(frames, *make<SrvServerInfo>(list));
   const auto counters = make<SrvServerCountersInfo>();
-  for (std::uint8_t key = 1; key <= 5; ++key) counters->counters()[key] = random() % 10'000;
+  for (std::uint8_t key = 1; key <= 5; ++key) counters->counters().set(key, below(10'000));
   append(frames, *counters);
   const auto news = make<SrvNews>();
   news->addMsg(SrvNewsType::Headlines, "The high hand of the evening wins 100.00. Good luck!");
