@@ -1,0 +1,24 @@
+#pragma once
+
+#include <CommandProcessor/types/TournamentsInfo.h>
+
+#include <cstdint>
+
+namespace poker::holdem {
+
+/// The tournaments of one kind, as a list that knows what has changed in it since any of its versions. One thread at a time.
+class TourList {
+ public:
+  explicit TourList(TOUR_NAMES::TourType type);
+
+  /// Adds the tournament, or replaces its line if something there is different; the line's version is set here.
+  void set(const TourListEntry& line);
+  /// Takes it off the list, if it is there.
+  void remove(std::uint32_t tournamentID);
+
+  /// What is different for somebody who has the list in that version, with the counts of all; the whole list for who has
+  /// none (0), or one that is not from here.
+  void changesSince(std::uint32_t version, TournamentsInfo& changes) const;
+};
+
+}  // namespace poker::holdem
