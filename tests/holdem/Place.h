@@ -52,7 +52,7 @@ struct Place {
   explicit Place(ServerSettings settings) : server(context, std::move(settings), nullptr) {
     server.start([this] { ended = true; });
   }
-  Table& table() { return *server.house().tables().front(); }
+  RingTable& table() { return *server.house().tables().front(); }
   Bank& bank() { return server.house().bank(); }
   Endpoint endpoint() const { return {"127.0.0.1", server.port()}; }
 

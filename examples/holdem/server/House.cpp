@@ -43,12 +43,12 @@ WaitLists::Tables House::makeTables(asio::io_context& context, std::vector<Table
   for (TableSettings& table : settings) {
     if (!numbers.insert(table.gameID).second) throw std::invalid_argument("two tables have one number, or one has 0");
     tables.push_back(
-        std::make_unique<Table>(context, std::move(table), bank_, outbox_, static_cast<TableHost&>(*this)));
+        std::make_unique<RingTable>(context, std::move(table), bank_, outbox_, static_cast<RingTableHost&>(*this)));
   }
   return tables;
 }
 
-Table* House::findTable(std::uint32_t gameID) {
+RingTable* House::findTable(std::uint32_t gameID) {
   for (const auto& table : tables_) {
     if (table->settings().gameID == gameID) return table.get();
   }

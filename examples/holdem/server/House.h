@@ -9,7 +9,7 @@
 #include <examples/holdem/server/lobby/WaitLists.h>
 #include <examples/holdem/server/members/Members.h>
 #include <examples/holdem/server/promotions/HighHands.h>
-#include <examples/holdem/server/table/Table.h>
+#include <examples/holdem/server/table/RingTable.h>
 #include <hostkit/ConnectionTable.h>
 #include <hostkit/SessionState.h>
 
@@ -49,7 +49,7 @@ class Connections {
 
 /// The card room: the bank, the tables, and who is logged on. It knows connections by their ids alone. All calls come
 /// from the thread of the io_context; commands go out when Outbox::run() returns.
-class House final : private TableHost {
+class House final : private RingTableHost {
  public:
   /// After so many wrong passwords in a row the connection ends.
   static constexpr unsigned kLogonTries = 3;
@@ -67,7 +67,7 @@ class House final : private TableHost {
   Lobby& lobby() { return lobby_; }
   WaitLists& waitLists() { return waitLists_; }
   HandHistory& history() { return history_; }
-  const std::vector<std::unique_ptr<Table>>& tables() const { return tables_; }
+  const WaitLists::Tables& tables() const { return tables_; }
   Log& log() { return log_; }
 
   void openAccount(const ConnectionID& client, const CommonTypes::NewAccountInfo& form);
@@ -123,10 +123,10 @@ class House final : private TableHost {
   void onHandOver(std::uint32_t gameID, std::uint64_t handsPlayed) override;
   void onTableClosed() override;
   void onTableChanged() override { lobby_.noteChange(); }
-  void onSeatsChanged(Table& table) override { waitLists_.noteChange(table); }
+  void onSeatsChanged(RingTable& table) override { waitLists_.noteChange(table); }
 
   WaitLists::Tables makeTables(asio::io_context& context, std::vector<TableSettings> settings);
-  Table* findTable(std::uint32_t gameID);
+  RingTable* findTable(std::uint32_t gameID);
   void enter(const ConnectionID& client, Visitor& visitor, Table& table);
 
   Connections& connections_;

@@ -78,7 +78,7 @@ void Lobby::forget(const ConnectionID& client) {
 /// Brings the list up to date.
 void Lobby::refreshList() {
   for (Shown& shown : shown_) {
-    Table& table = *shown.table;
+    RingTable& table = *shown.table;
     const std::uint32_t gameID = table.settings().gameID;
     const ServerTableEntry* before = list_.find(gameID);
     const bool waitsSame = before != nullptr && before->waitListLength == waiting_.length(gameID);

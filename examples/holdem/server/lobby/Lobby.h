@@ -51,7 +51,7 @@ class Lobby {
   using Viewers = std::map<std::int32_t, std::uint32_t>;
 
   struct Shown {
-    Table* table;
+    RingTable* table;
     bool isListed = false;  // as of tableChanges
     std::uint64_t tableChanges = 0;
     bool cameAlone = false;  // a player, since the last tick

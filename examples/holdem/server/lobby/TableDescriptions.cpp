@@ -28,7 +28,7 @@ auto varying(const TableInfoDetailed& details) {
 
 }  // namespace
 
-void describe(Table& table, const WaitLists& waiting, ServerTableEntry& line) {
+void describe(RingTable& table, const WaitLists& waiting, ServerTableEntry& line) {
   const TableSettings& settings = table.settings();
   const Stakes& stakes = settings.stakes;
   const bool isFixed = stakes.limit == LimitType::FixedLimit;
@@ -58,7 +58,7 @@ void describe(Table& table, const WaitLists& waiting, ServerTableEntry& line) {
   line.handsPerHour = table.statistics().handsPerHour();
 }
 
-void describe(Table& table, const WaitLists& waiting, TableInfoDetailed& details) {
+void describe(RingTable& table, const WaitLists& waiting, TableInfoDetailed& details) {
   const TableSettings& settings = table.settings();
   describe(settings, details);
   details.tournamentID = 0;

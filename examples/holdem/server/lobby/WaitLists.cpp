@@ -12,7 +12,7 @@ namespace {
 constexpr Clock::time_point kNever = Clock::time_point::max();
 
 /// Whether a table is of the kind that is wanted, whoever sits there now: it may come to fit.
-bool couldFit(const WaitLists::Description& wanted, const Table& table) {
+bool couldFit(const WaitLists::Description& wanted, const RingTable& table) {
   const TableSettings& settings = table.settings();
   if (table.isClosed() || !settings.password.empty()) return false;
   if (wanted.game != GameType::None && wanted.game != GameType::TexasHoldem) return false;
@@ -23,7 +23,7 @@ bool couldFit(const WaitLists::Description& wanted, const Table& table) {
          (wanted.maxPlayers == 0 || wanted.maxPlayers >= std::max(wanted.minPlayers, 0));
 }
 
-bool fits(const WaitLists::Description& wanted, const Table& table) {
+bool fits(const WaitLists::Description& wanted, const RingTable& table) {
   const auto players = static_cast<int>(table.players());
   return couldFit(wanted, table) && players >= wanted.minPlayers &&
          (wanted.maxPlayers == 0 || players <= wanted.maxPlayers);
@@ -144,11 +144,11 @@ std::size_t WaitLists::length(std::uint32_t gameID) const {
 
 // Seats
 
-void WaitLists::noteChange(Table& table) {
+void WaitLists::noteChange(RingTable& table) {
   if (!queues_.empty() || !invitations_.empty()) lookAgainAt(table);
 }
 
-void WaitLists::lookAgainAt(Table& table) {
+void WaitLists::lookAgainAt(RingTable& table) {
   if (std::find(due_.begin(), due_.end(), &table) == due_.end()) due_.push_back(&table);
 }
 
@@ -165,7 +165,7 @@ void WaitLists::settle() {
   armTimer();
 }
 
-void WaitLists::serve(Table& table) {
+void WaitLists::serve(RingTable& table) {
   for (SeatID seat = table.freeSeat(); seat.isValid(); seat = table.freeSeat()) {
     const Waiter* next = nextFor(table);
     if (next == nullptr) return;
@@ -174,7 +174,7 @@ void WaitLists::serve(Table& table) {
 }
 
 /// Null when nobody waits whom the table suits.
-const WaitLists::Waiter* WaitLists::nextFor(Table& table) const {
+const WaitLists::Waiter* WaitLists::nextFor(RingTable& table) const {
   const Waiter* next = nullptr;
   if (const auto own = queues_.find(table.settings().gameID); own != queues_.end()) next = &own->second.front();
   if (const auto described = queues_.find(kAnyTable); described != queues_.end()) {
@@ -185,7 +185,7 @@ const WaitLists::Waiter* WaitLists::nextFor(Table& table) const {
   return next;
 }
 
-void WaitLists::invite(Table& table, const SeatID& seat, const Waiter& waiter) {
+void WaitLists::invite(RingTable& table, const SeatID& seat, const Waiter& waiter) {
   leaveQueues(waiter.client);
   table.hold(seat, waiter.account);
   std::string id = fmt::format("{:016x}{:016x}", random_(), random_());
@@ -194,14 +194,14 @@ void WaitLists::invite(Table& table, const SeatID& seat, const Waiter& waiter) {
 }
 
 void WaitLists::endInvitation(Invitations::iterator invitation) {
-  Table& table = *invitation->table;
+  RingTable& table = *invitation->table;
   const SeatID seat = invitation->seat;
   invitations_.erase(invitation);
   table.release(seat);
 }
 
 /// Nobody comes to sit at this table any more.
-void WaitLists::dismiss(const Table& table) {
+void WaitLists::dismiss(const RingTable& table) {
   const std::uint32_t gameID = table.settings().gameID;
   leaveQueue(gameID, [&](const Waiter& waiter) {
     outbox_.add<SrvRemoveFromWaitListOk>(waiter.client, gameID);

@@ -3,7 +3,7 @@
 #include <CommandProcessor/commands/AllCommands.h>
 #include <examples/holdem/game/Deck.h>
 #include <examples/holdem/server/Outbox.h>
-#include <examples/holdem/server/table/Table.h>
+#include <examples/holdem/server/table/RingTable.h>
 
 #include <asio/io_context.hpp>
 #include <asio/steady_timer.hpp>
@@ -42,7 +42,7 @@ class WaitLists {
     int maxPlayers = 0;
     bool realMoney = false;
   };
-  using Tables = std::vector<std::unique_ptr<Table>>;
+  using Tables = std::vector<std::unique_ptr<RingTable>>;
 
   /// @param tables      all of the house
   /// @param inviteTime  that a seat is held
@@ -60,7 +60,7 @@ class WaitLists {
   struct Invitation {
     std::string id;  ///< 32 random digits
     ConnectionID client;
-    Table* table;
+    RingTable* table;
     SeatID seat;
     Clock::time_point until;
   };
@@ -70,7 +70,7 @@ class WaitLists {
   /// The client sits down, or is gone: it waits nowhere any more, and no seat is held for it. It is told nothing.
   void forget(const ConnectionID& client);
   /// Seats have changed at a table, or it is closed.
-  void noteChange(Table& table);
+  void noteChange(RingTable& table);
   /// Gives out the seats that have become free. To be called at the end of every event.
   void settle();
 
@@ -100,12 +100,12 @@ class WaitLists {
   template <class Which>
   std::size_t leaveQueue(std::uint32_t gameID, Which&& which);
   void leaveQueues(const ConnectionID& client);
-  void lookAgainAt(Table& table);
-  void serve(Table& table);
-  const Waiter* nextFor(Table& table) const;
-  void invite(Table& table, const SeatID& seat, const Waiter& waiter);
+  void lookAgainAt(RingTable& table);
+  void serve(RingTable& table);
+  const Waiter* nextFor(RingTable& table) const;
+  void invite(RingTable& table, const SeatID& seat, const Waiter& waiter);
   void endInvitation(Invitations::iterator invitation);
-  void dismiss(const Table& table);
+  void dismiss(const RingTable& table);
   void dismissTheHopeless();
   void armTimer();
 
@@ -119,7 +119,7 @@ class WaitLists {
   Clock::time_point timerFor_ = Clock::time_point::max();  // never
   std::uint64_t joined_ = 0;
   std::uint64_t changes_ = 0;
-  std::vector<Table*> due_;  // tables to look at when the event ends
+  std::vector<RingTable*> due_;  // tables to look at when the event ends
 };
 
 }  // namespace poker::holdem

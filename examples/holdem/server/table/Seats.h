@@ -7,8 +7,10 @@
 
 #include <array>
 #include <chrono>
+#include <map>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace poker::holdem {
 
@@ -38,7 +40,7 @@ struct HeldSeat {
   std::string name;
 };
 
-/// All seats of a table by their number.
+/// All seats of a table by their number: taken, held, or free.
 class Seats {
  public:
   /// Null when nobody sits there.
@@ -51,13 +53,30 @@ class Seats {
     }
     return nullptr;
   }
-  /// The seat must be free and exist.
+  /// The seat must exist, and be free or held for who takes it.
   Seat& take(const SeatID& id) {
+    held_.erase(id);
     Seat& seat = seats_[id.value()].emplace();
     seat.blinds.seat = id;
     return seat;
   }
   void free(const SeatID& id) { seats_[id.value()].reset(); }
+  /// The first of `count` seats that is neither taken nor held; none when there is none.
+  SeatID firstFree(std::size_t count) const {
+    for (SeatID::value_type seat = 0; seat < count; ++seat) {
+      if (!seats_[seat] && !held_.contains(seat)) return seat;
+    }
+    return {};
+  }
+
+  void hold(const SeatID& id, HeldSeat seat) { held_[id] = std::move(seat); }
+  /// Null when the seat is not held.
+  const HeldSeat* findHeld(const SeatID& id) const {
+    const auto held = held_.find(id);
+    return held == held_.end() ? nullptr : &held->second;
+  }
+  void release(const SeatID& id) { held_.erase(id); }
+
   std::size_t taken() const {
     std::size_t count = 0;
     for (const std::optional<Seat>& seat : seats_) count += seat ? 1 : 0;
@@ -73,6 +92,7 @@ class Seats {
 
  private:
   std::array<std::optional<Seat>, kMaxSeats> seats_;
+  std::map<SeatID, HeldSeat> held_;  // none of them taken
 };
 
 }  // namespace poker::holdem

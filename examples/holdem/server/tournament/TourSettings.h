@@ -37,9 +37,9 @@ struct TourSettings {
   std::uint32_t mostWins = 0;        ///< who has won so many tournaments of the house may not; 0: everybody may
 
   // When it is played: from the start of the server. It has a time, a number of players, or both.
-  Duration opensAfter{};                ///< registration
-  std::optional<Duration> startsAfter;  ///< none: when enough players have registered
-  std::size_t startWith = 0;            ///< it starts with so many players; 0: at its time alone
+  Duration opensAfter{};                            ///< registration
+  std::optional<Duration> startsAfter;              ///< none: when enough players have registered
+  std::size_t startWith = 0;                        ///< it starts with so many players; 0: at its time alone
   Duration seatingTime = std::chrono::seconds(10);  ///< from the draw of the seats to the first hand
 
   // What it costs.
