@@ -215,7 +215,7 @@ TEST(WaitLists, RefuseWhoCannotWaitAndEndWithTheTable) {
   EXPECT_TRUE(mayDescribe(cy, 1, 4, 4, 0, 0, false));
   ann.forget();
   cy.forget();
-  place.server.house().outbox().run([&](Outbox::Results&) { place.server.house().tables()[6]->close(); });
+  place.server.house().outbox().run([&] { place.server.house().tables()[6]->close(); });
   ASSERT_NE(cy.hears<SrvRemoveFromWaitListOk>(), nullptr);
   ASSERT_NE(ann.hears<SrvRemoveFromWaitListOk>(), nullptr);
   ASSERT_TRUE(cy.isAnswered());

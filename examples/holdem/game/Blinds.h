@@ -53,6 +53,8 @@ class Blinds {
   void setButton(std::span<const BlindsSeat> seats, const SeatID& button);
 
   const SeatID& button() const { return button_; }
+  /// The seat that had the big blind last; none before the first hand.
+  const SeatID& bigBlind() const { return bigBlind_; }
 
  private:
   HandPlan plan(std::span<BlindsSeat> seats, std::span<const bool> takesPart);

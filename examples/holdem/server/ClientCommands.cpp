@@ -24,7 +24,11 @@ bool ClientCommands::processCommand(PokerCommandTmpl<ClientCmdProcessorType>& co
   arrival_ = std::time(nullptr);
   endsConnection_ = false;
   const ConnectionID sender = command.getConnID();
-  house_.outbox().run([&](Results& results) { command.process(results, *this); });
+  house_.outbox().run([&] {
+    const ResultsGuard guard(results_);
+    command.process(results_, *this);
+    house_.outbox().take(results_);
+  });
   if (endsConnection_) server_.finish(sender);
   return true;
 }
@@ -208,7 +212,7 @@ void ClientCommands::onClGetHandHistory(Results& results, const ClGetHandHistory
 
 void ClientMiscCommands::processCommand(PokerCommandTmpl<ClientMiscCmdProcessorType>& command) {
   // These handlers are given no results: what they answer is of the other family, and goes to the outbox.
-  house_.outbox().run([&](Outbox::Results&) { command.process(unused_, *this); });
+  house_.outbox().run([&] { command.process(unused_, *this); });
 }
 
 void ClientMiscCommands::onClMakeNewAccount(ClMakeNewAccount& request) {

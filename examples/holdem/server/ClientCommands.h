@@ -66,6 +66,7 @@ class ClientCommands final : public ClientCmdProcessor {
 
   Server& server_;
   House& house_;
+  Results results_;
   std::time_t arrival_ = 0;      // of the command in hand
   bool endsConnection_ = false;  // once the answers to the command in hand are out
 };

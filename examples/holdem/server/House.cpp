@@ -27,13 +27,12 @@ House::House(asio::io_context& context, HouseSettings settings, Connections& con
       waitLists_(context, tables_, outbox_, settings.inviteTime),
       lobby_(context, tables_, waitLists_, outbox_,
              [this](std::uint32_t count) { return bank_.reserveVersions(count); }),
+      tournaments_(context, settings.tournaments, settings.mostTournaments, bank_, members_, outbox_, *this),
+      tourDesk_(context, tournaments_, outbox_),
       lastHand_(bank_.lastHandNumber()),
       openTables_(tables_.size()) {
   lobby_.setNews(SrvNewsType::Headlines, settings.news);
-  outbox_.atEnd([this] {
-    waitLists_.settle();
-    lobby_.settle();
-  });
+  outbox_.atEnd([this] { settle(); });
 }
 
 WaitLists::Tables House::makeTables(asio::io_context& context, std::vector<TableSettings> settings) {
@@ -48,11 +47,13 @@ WaitLists::Tables House::makeTables(asio::io_context& context, std::vector<Table
   return tables;
 }
 
-RingTable* House::findTable(std::uint32_t gameID) {
-  for (const auto& table : tables_) {
-    if (table->settings().gameID == gameID) return table.get();
-  }
-  return nullptr;
+/// What follows from all that has happened in an event.
+void House::settle() {
+  tournaments_.settle();
+  waitLists_.settle();
+  lobby_.settle();
+  const bool isAllOver = openTables_ == 0 && tournaments_.areOver() && (isClosing_ || !tables_.empty());
+  if (isAllOver && onAllTablesClosed) std::exchange(onAllTablesClosed, nullptr)();
 }
 
 // Accounts
@@ -97,11 +98,13 @@ void House::logOn(const ConnectionID& client, const std::string& name, const std
   for (const auto& table : tables_) {
     if (const SeatID seat = table->seatOf(account->id); seat.isValid()) answer->prevSeatID(seat);
   }
+  const AccountID player = account->id;
   visitor.account = std::move(account);
   lobby_.setPlayersLoggedOn(players_.size());
   ConnectionsSet to;
   to.insert(client);
   outbox_.put(std::move(answer), to);
+  tournaments_.welcome(client, player);
 }
 
 void House::leave(const ConnectionID& client) {
@@ -111,10 +114,20 @@ void House::leave(const ConnectionID& client) {
   if (visitor.mapped().table != nullptr) visitor.mapped().table->leave(client);
   waitLists_.forget(client);
   lobby_.forget(client);
+  tourDesk_.forget(client);
   lobby_.setPlayersLoggedOn(players_.size());
 }
 
 // Tables
+
+/// Of a ring game or of a tournament; null when there is none of that number.
+Table* House::findTable(std::uint32_t gameID) {
+  for (const auto& table : tables_) {
+    if (table->settings().gameID == gameID) return table.get();
+  }
+  Tournament* tournament = tournaments_.findByTable(gameID);
+  return tournament != nullptr ? tournament->table(gameID) : nullptr;
+}
 
 void House::enterTable(const ConnectionID& client, std::uint32_t gameID, const std::string& password) {
   Visitor& visitor = visitors_[client.value()];
@@ -123,6 +136,8 @@ void House::enterTable(const ConnectionID& client, std::uint32_t gameID, const s
     connections_.disconnect(client, SrvErrorDisconnected::BadGameID);
     return;
   }
+  const Tournament* tournament = tournaments_.findByTable(gameID);
+  if (tournament != nullptr && !tourDesk_.mayLook(client, visitor.account->id, *tournament)) return;
   const std::string& wanted = table->settings().password;
   visitor.tries = 0;
   if (wanted.empty() || password == wanted || table->seatOf(visitor.account->id).isValid()) {
@@ -184,9 +199,13 @@ void House::onSeated(const ConnectionID& connection, bool seated) {
   connections_.setState(connection, seated ? SessionState::Seated : SessionState::LoggedOn);
 }
 
-std::uint64_t House::nextHandNumber() {
-  highHands_.onHandBegins();
-  return ++lastHand_;
+void House::bringTo(const ConnectionID& connection, Table& table) {
+  const auto place = visitors_.find(connection.value());
+  if (place == visitors_.end() || !place->second.account) return;
+  Visitor& visitor = place->second;
+  const bool sitsElsewhere =
+      visitor.table != nullptr && visitor.table != &table && visitor.table->seatOf(visitor.account->id).isValid();
+  if (!sitsElsewhere) enter(connection, visitor, table);
 }
 
 void House::finishHand(const FinishedHand& booking, const Hand& hand) {
@@ -203,14 +222,11 @@ void House::onHandOver(std::uint32_t gameID, std::uint64_t handsPlayed) {
 
 void House::close(std::function<void()> closed) {
   onAllTablesClosed = std::move(closed);
-  if (openTables_ == 0) return onAllTablesClosed();
-  outbox_.run([this](Outbox::Results&) {
+  isClosing_ = true;
+  outbox_.run([this] {
     for (const auto& table : tables_) table->close();
+    tournaments_.close();
   });
-}
-
-void House::onTableClosed() {
-  if (--openTables_ == 0 && onAllTablesClosed) onAllTablesClosed();
 }
 
 bool House::report() {

@@ -10,6 +10,8 @@
 #include <examples/holdem/server/members/Members.h>
 #include <examples/holdem/server/promotions/HighHands.h>
 #include <examples/holdem/server/table/RingTable.h>
+#include <examples/holdem/server/tournament/TourDesk.h>
+#include <examples/holdem/server/tournament/Tournaments.h>
 #include <hostkit/ConnectionTable.h>
 #include <hostkit/SessionState.h>
 
@@ -49,7 +51,7 @@ class Connections {
 
 /// The card room: the bank, the tables, and who is logged on. It knows connections by their ids alone. All calls come
 /// from the thread of the io_context; commands go out when Outbox::run() returns.
-class House final : private RingTableHost {
+class House final : private RingTableHost, private TourHost {
  public:
   /// After so many wrong passwords in a row the connection ends.
   static constexpr unsigned kLogonTries = 3;
@@ -68,6 +70,8 @@ class House final : private RingTableHost {
   WaitLists& waitLists() { return waitLists_; }
   HandHistory& history() { return history_; }
   const WaitLists::Tables& tables() const { return tables_; }
+  Tournaments& tournaments() { return tournaments_; }
+  TourDesk& tourDesk() { return tourDesk_; }
   Log& log() { return log_; }
 
   void openAccount(const ConnectionID& client, const CommonTypes::NewAccountInfo& form);
@@ -99,9 +103,10 @@ class House final : private RingTableHost {
     if (visitor != visitors_.end() && visitor->second.account) f(*visitor->second.account);
   }
 
-  /// Closes all tables; `closed` is called when the last hand is over.
+  /// Closes all tables, and calls off the tournaments that are not over; `closed` is called when the last hand is over.
   void close(std::function<void()> closed);
-  /// All tables have played their hands.
+  /// All tables have played their hands, and all tournaments are over. Not called for a house without ring games before
+  /// it is closed.
   std::function<void()> onAllTablesClosed;
 
   /// Logs how turns ended, what everybody has, and whether that is what the house has given out.
@@ -117,16 +122,20 @@ class House final : private RingTableHost {
     unsigned accounts = 0;    // that were asked for
   };
 
-  std::uint64_t nextHandNumber() override;
+  std::uint64_t nextHandNumber() override { return ++lastHand_; }
+  ConnectionID connectionOf(AccountID account) override { return players_.find(account); }
+  void bringTo(const ConnectionID& connection, Table& table) override;
+  void onHandBegins() override { highHands_.onHandBegins(); }
   void finishHand(const FinishedHand& booking, const Hand& hand) override;
   void onSeated(const ConnectionID& connection, bool seated) override;
   void onHandOver(std::uint32_t gameID, std::uint64_t handsPlayed) override;
-  void onTableClosed() override;
+  void onTableClosed() override { --openTables_; }
   void onTableChanged() override { lobby_.noteChange(); }
   void onSeatsChanged(RingTable& table) override { waitLists_.noteChange(table); }
 
   WaitLists::Tables makeTables(asio::io_context& context, std::vector<TableSettings> settings);
-  RingTable* findTable(std::uint32_t gameID);
+  Table* findTable(std::uint32_t gameID);
+  void settle();
   void enter(const ConnectionID& client, Visitor& visitor, Table& table);
 
   Connections& connections_;
@@ -140,10 +149,13 @@ class House final : private RingTableHost {
   WaitLists::Tables tables_;
   WaitLists waitLists_;
   Lobby lobby_;
+  Tournaments tournaments_;
+  TourDesk tourDesk_;
   std::map<std::int32_t, Visitor> visitors_;
   ConnectionOf<AccountID> players_;
   std::uint64_t lastHand_ = 0;
   std::size_t openTables_ = 0;
+  bool isClosing_ = false;
 };
 
 }  // namespace poker::holdem

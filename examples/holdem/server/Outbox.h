@@ -1,22 +1,22 @@
 #pragma once
 
-#include <CommandProcessor/core/ClientCmdProcessor.h>
+#include <CommandProcessor/core/ConnectionsSet.h>
 #include <CommandProcessor/wire/SerializeCommandBuf.h>
 #include <hostkit/CommandHandle.h>
-#include <hostkit/Results.h>
+#include <hostkit/Encode.h>
 
 #include <cstdint>
 #include <functional>
 #include <span>
 #include <utility>
+#include <vector>
 
 namespace poker::holdem {
 
-/// What the server has to say in answer to one event (a command that came, a timer), collected and then sent in the order in
-/// which it was put here; each command is encoded once, however many it goes to. One thread.
+/// What the server has to say in answer to one event (a command that came, a timer), whatever its family, collected and then
+/// sent in the order in which it was put here; each command is encoded once, however many it goes to. One thread.
 class Outbox {
  public:
-  using Results = ClientCmdProcessor::Results;
   using Send = std::function<void(const ConnectionID& to, std::span<const std::uint8_t> frame)>;
 
   explicit Outbox(Send send) : send_(std::move(send)) {}
@@ -27,12 +27,16 @@ class Outbox {
   /// Does the work and sends what it has put here. Throws what the work throws; nothing is sent then.
   template <class Work>
   void run(Work&& work) {
-    ResultsGuard guard(results_);
-    work(results_);
+    struct Release {
+      std::vector<CommandHandle<>>& commands;
+      ~Release() { commands.clear(); }
+    } const release{commands_};
+    work();
     if (followUp_) followUp_();
-    const auto nobody = [](const EncodedCommand&) {};
-    guard.send(
-        buffer_, [&](const EncodedCommand& command, const ConnectionID& to) { send_(to, command.frame); }, nobody);
+    for (const CommandHandle<>& command : commands_) {
+      const std::span<const std::uint8_t> frame = encodeCommand(*command, buffer_);
+      for (const ConnectionID& to : command->connections()) send_(to, frame);
+    }
   }
 
   /// Puts a T, filled with `init(args...)`, here; not when there is nobody to get it.
@@ -45,20 +49,25 @@ class Outbox {
     if (!to.isValid()) return;
     CommandHandle<T> command = make<T>(std::forward<Args>(args)...);
     command->setConnID(to);
-    results_.add(*command);
-    command.detach();
+    commands_.push_back(std::move(command));
   }
   template <class T>
   void put(CommandHandle<T> command, const ConnectionsSet& to) {
     command->addConnections(to);
-    results_.add(*command);
-    command.detach();
+    commands_.push_back(std::move(command));
+  }
+  /// Takes over what a command's handler has put into its results, addressed.
+  template <class Results>
+  void take(Results& results) {
+    commands_.reserve(commands_.size() + results.addressed().size());
+    for (auto* command : results.addressed()) commands_.emplace_back(*command);
+    results.clear();
   }
 
  private:
   Send send_;
   std::function<void()> followUp_;
-  Results results_;
+  std::vector<CommandHandle<>> commands_;
   SerializeCommandBuf buffer_{1024};
 };
 

@@ -40,10 +40,12 @@ Server::Server(asio::io_context& context, ServerSettings settings, Transcript* t
       house_(context, settings_.house, *this),
       clientCommands_(*this, house_),
       clientMiscCommands_(house_),
+      clientTourCommands_(house_),
       tcp_(context, optionsFrom(settings_), *this),
       grace_(context) {
   dispatcher_.registerClientCmdProcessor(clientCommands_);
   dispatcher_.registerClientMiscCmdProcessor(clientMiscCommands_, true);
+  dispatcher_.registerClientTourCmdProcessor(clientTourCommands_);
   house_.onAllTablesClosed = [this] {
     // All hands that the tables were to play are played; what the last one has to say goes out first.
     tablesClosed_ = true;
@@ -67,8 +69,19 @@ void Server::announceMaintenance() {
   logLine(log_, 0, "maintenance-announced connections={}", tcp_.sessions().size());
   if (transcript_ != nullptr) transcript_->heading("maintenance is announced");
   tcp_.sendToAll(*make<SrvMaintenance>(settings_.announcement, kMaintenanceAnnounced));
-  house_.outbox().run(
-      [this](Outbox::Results&) { house_.lobby().setNews(SrvNewsType::Maintenance, settings_.announcement); });
+  house_.outbox().run([this] { house_.lobby().setNews(SrvNewsType::Maintenance, settings_.announcement); });
+}
+
+void Server::toggleTournaments() {
+  tournamentsStopped_ = !tournamentsStopped_;
+  logLine(log_, 0, "tournaments {}", tournamentsStopped_ ? "stopped" : "go-on");
+  house_.outbox().run([this] {
+    if (tournamentsStopped_) {
+      house_.tournaments().suspend();
+    } else {
+      house_.tournaments().resume();
+    }
+  });
 }
 
 void Server::drain() {
@@ -154,7 +167,7 @@ void Server::leave(TcpSession& session) {
   if (session.hostData == nullptr) return;
   session.hostData.reset();
   --guests_;
-  house_.outbox().run([&](Outbox::Results&) { house_.leave(session.id()); });
+  house_.outbox().run([&] { house_.leave(session.id()); });
 }
 
 // What the sessions tell

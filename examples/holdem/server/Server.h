@@ -3,6 +3,7 @@
 #include <CommandProcessor/core/CmdDispatcher.h>
 #include <LogUtil/Log.h>
 #include <examples/holdem/server/ClientCommands.h>
+#include <examples/holdem/server/ClientTourCommands.h>
 #include <examples/holdem/server/House.h>
 #include <examples/holdem/server/ServerSettings.h>
 #include <examples/holdem/server/Totals.h>
@@ -53,6 +54,8 @@ class Server final : private SessionEvents, private Connections {
   /// has not happened.
   void drain();
   bool isDraining() const { return draining_; }
+  /// Stops all tournaments that have started, or lets them go on if it has stopped them.
+  void toggleTournaments();
 
   // For the handlers of commands. A connection that is not there any more is passed over.
 
@@ -92,12 +95,14 @@ class Server final : private SessionEvents, private Connections {
   House house_;
   ClientCommands clientCommands_;
   ClientMiscCommands clientMiscCommands_;
+  ClientTourCommands clientTourCommands_;
   CmdDispatcher dispatcher_;
   TcpServer tcp_;
   asio::steady_timer grace_;
   Totals totals_;
   std::size_t guests_ = 0;
   bool announced_ = false;
+  bool tournamentsStopped_ = false;
   bool draining_ = false;
   bool graceEnded_ = false;
   bool tablesClosed_ = false;

@@ -152,7 +152,7 @@ void Lobby::settle() {
     if (cancelled) return;
     isTickSet_ = false;
     nextTick_ = Clock::now() + kTickTime;
-    outbox_.run([this](Outbox::Results&) { tick(); });
+    outbox_.run([this] { tick(); });
   });
 }
 

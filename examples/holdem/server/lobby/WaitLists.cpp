@@ -234,7 +234,7 @@ void WaitLists::armTimer() {
   timer_.async_wait([this](const std::error_code& cancelled) {
     if (cancelled) return;
     timerFor_ = kNever;
-    outbox_.run([this](Outbox::Results&) {
+    outbox_.run([this] {
       const Clock::time_point now = Clock::now();
       while (!invitations_.empty() && invitations_.front().until <= now) {
         outbox_.add<SrvRemoveFromWaitListOk>(invitations_.front().client,

@@ -68,8 +68,8 @@ void Dealer::proceed() {
       hand_.act(UserAction::Fold, kZeroMoney);
     } else if (playInAdvance(seat)) {
       ++turns_.inAdvance;
-    } else if (player.sitsOut && !audience_.connectionOf(seat).isValid()) {
-      checkOrFold();  // did not answer before, and is gone
+    } else if (player.sitsOut && (settings_.dealsInSitters || !audience_.connectionOf(seat).isValid())) {
+      checkOrFold();  // did not answer before, and is gone or waits for nothing
     } else {
       return ask();
     }
@@ -90,7 +90,7 @@ void Dealer::ask() {
   deadline_ = Clock::now() + settings_.replyTime;
   timer_.expires_at(deadline_);
   timer_.async_wait([this](const std::error_code& cancelled) {
-    if (!cancelled) audience_.outbox().run([this](Outbox::Results&) { onReplyTime(); });
+    if (!cancelled) audience_.outbox().run([this] { onReplyTime(); });
   });
   askOne(asked_, false);
 }

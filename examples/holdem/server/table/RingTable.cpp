@@ -229,7 +229,7 @@ void RingTable::armSeatTimer() {
   seatTimer_.async_wait([this](const std::error_code& cancelled) {
     if (cancelled) return;
     seatTimerFor_ = kNever;
-    audience_.outbox().run([this](Outbox::Results&) { afterChange(); });
+    audience_.outbox().run([this] { afterChange(); });
   });
 }
 

@@ -13,6 +13,8 @@ class RingTable;
 /// What a ring game's table needs of the server around it.
 class RingTableHost : public TableHost {
  public:
+  /// A hand is about to begin.
+  virtual void onHandBegins() = 0;
   /// A hand is over, and viewers have not heard of it yet: the host writes it to the bank.
   /// @param booking  its players are those of `hand`, in the same order
   virtual void finishHand(const FinishedHand& booking, const Hand& hand) = 0;
@@ -57,6 +59,7 @@ class RingTable final : public Table {
   bool isReady(const Seat& seat) const override;
   std::size_t playersNeeded() const override { return handsPlayed() == 0 ? settings_.startWith : 2; }
   bool mayBegin() override;
+  void prepareHand() override { host_.onHandBegins(); }
   void bookHand(const FinishedHand& booking, const Hand& hand) override { host_.finishHand(booking, hand); }
   void afterHand() override;
   void tidySeats() override;

@@ -242,8 +242,9 @@ void Table::scheduleHand() {
   handTimer_.async_wait([this](const std::error_code& cancelled) {
     if (cancelled) return;
     handScheduled_ = false;
-    // Meanwhile players may have left.
-    if (isDue()) audience_.outbox().run([this](Outbox::Results&) { beginHand(); });
+    audience_.outbox().run([this] {
+      if (isDue()) beginHand();  // meanwhile players may have left
+    });
   });
 }
 

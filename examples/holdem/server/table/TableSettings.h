@@ -33,6 +33,7 @@ struct TableSettings {
   Duration keepSeat = std::chrono::seconds(300);    ///< for a player who is away or sits out
   Duration lastSitting = std::chrono::minutes(30);  ///< who comes back earlier brings what it left with
 
+  bool dealsInSitters = false;  ///< who sits out or is away is dealt in, and checked or folded for at once
   std::size_t startWith = 2;    ///< players that the first hand waits for
   std::uint64_t mostHands = 0;  ///< the table closes after so many; 0: never
   bool takesScripts = false;    ///< whether clients may stack the deck; for tests

@@ -1,0 +1,901 @@
+#include <examples/holdem/server/tournament/Tournament.h>
+
+#include <examples/holdem/server/tournament/BlindLevels.h>
+#include <examples/holdem/server/tournament/Seating.h>
+#include <examples/holdem/shared/LogLine.h>
+#include <inspect/CommandText.h>
+
+#include <fmt/chrono.h>
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <stdexcept>
+#include <utility>
+
+namespace poker::holdem {
+
+namespace {
+
+using Start = SrvTourStartInfo;
+using Registration = SrvTourRegisterResult::Reason;
+using Withdrawal = SrvTourUnregisterResult::Reason;
+
+constexpr std::chrono::seconds kLastNotices[] = {std::chrono::seconds(30), std::chrono::seconds(10)};
+
+/// When the players are told next how long it is to go.
+std::optional<Clock::time_point> nextNotice(Clock::time_point end, Clock::time_point now) {
+  const auto minutes = std::chrono::ceil<std::chrono::minutes>(end - now) - std::chrono::minutes(1);
+  if (minutes > std::chrono::minutes::zero()) return end - minutes;
+  for (const std::chrono::seconds before : kLastNotices) {
+    if (end - before > now) return end - before;
+  }
+  return std::nullopt;
+}
+
+std::string timeText(std::chrono::system_clock::time_point time) {
+  return fmt::format("{:%Y-%m-%d %H:%M:%S} UTC", fmt::gmtime(std::chrono::system_clock::to_time_t(time)));
+}
+
+bool isSameName(const std::string& a, const std::string& b) {
+  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [&](char x, char y) { return lower(x) == lower(y); });
+}
+
+TourMoneyChooser inCash(const RealMoneyType& amount) { return {amount, kZeroMoney, true}; }
+
+bool pays(const TourMoneyChooser& choice, const RealMoneyType& price) {
+  return choice.isEmpty() || (choice.cash() == price && choice.tourMoney() == kZeroMoney);
+}
+
+}  // namespace
+
+Tournament::Tournament(asio::io_context& context, TourSettings settings, TourBank& bank, Bank& accounts, Outbox& outbox,
+                       TourHost& host)
+    : context_(context),
+      settings_(std::move(settings)),
+      bank_(bank),
+      accounts_(accounts),
+      outbox_(outbox),
+      host_(host),
+      log_(*Log::getLog("holdem.tournament", LogCategory::Network)),
+      id_(bank.open(settings_.name)),
+      board_(id_),
+      fund_(bank, settings_, id_),
+      clock_(settings_),
+      announcedAt_(std::chrono::system_clock::now()),
+      opensAt_(Clock::now() + settings_.opensAfter),
+      startsAt_(settings_.startsAfter ? Moment(Clock::now() + *settings_.startsAfter) : std::nullopt),
+      timer_(context) {
+  if (settings_.seed) random_.emplace<std::mt19937_64>(*settings_.seed + id_);
+  board_.setText(MultiTourText::Title, settings_.name);
+  board_.setText(MultiTourText::Description, settings_.description);
+  board_.setText(MultiTourText::Blinds, levelsText(settings_));
+  showFund();
+}
+
+std::uint64_t Tournament::draw() {
+  return std::visit([](auto& generator) { return static_cast<std::uint64_t>(generator()); }, random_);
+}
+
+const Tournament::Player* Tournament::player(AccountID account) const {
+  const auto place = players_.find(account);
+  return place == players_.end() ? nullptr : &place->second;
+}
+
+TourTable* Tournament::table(std::uint32_t tableID) {
+  for (const OpenTable& open : tables_) {
+    if (open.table->settings().gameID == tableID) return open.table.get();
+  }
+  return nullptr;
+}
+
+Tournament::OpenTable& Tournament::find(const TourTable& table) {
+  return *std::find_if(tables_.begin(), tables_.end(),
+                       [&](const OpenTable& open) { return open.table.get() == &table; });
+}
+
+// Telling
+
+template <class T, class... Args>
+void Tournament::tellPlayers(Args&&... args) {
+  ConnectionsSet to;
+  for (const auto& [account, player] : players_) {
+    const ConnectionID connection = host_.connectionOf(account);
+    if (connection.isValid() && (player.place == 0 || isOver())) to.insert(connection);
+  }
+  outbox_.add<T>(to, std::forward<Args>(args)...);
+}
+
+/// Players, and who looks at a table.
+template <class T, class... Args>
+void Tournament::tellAll(Args&&... args) {
+  ConnectionsSet to;
+  for (const auto& [account, player] : players_) {
+    const ConnectionID connection = host_.connectionOf(account);
+    if (connection.isValid() && player.place == 0) to.insert(connection);
+  }
+  for (const OpenTable& open : tables_) to.insert(open.table->viewers());
+  outbox_.add<T>(to, std::forward<Args>(args)...);
+}
+
+void Tournament::setStatus(Status status) {
+  status_ = status;
+  changed();
+  tellPlayers<SrvTourTourneyStatus>(status, id_);
+  logLine(log_, 0, "status tournament={} status={} players={}", id_, static_cast<unsigned>(status), players_.size());
+}
+
+// Registration
+
+Registration Tournament::enter(const Account& account, const std::string& city, const std::string& password,
+                               const TourMoneyChooser& choice, bool mayPlayInMore) {
+  if (player(account.id) != nullptr) return Registration::AlreadyRegistered;
+  if (hasBegun()) return Registration::AlreadyStarted;
+  if (status_ != Status::Registering || isClosing_) return Registration::Failed;
+  if (!settings_.password.empty() && password.empty()) return Registration::PasswordNeeded;
+  if (password != settings_.password && !settings_.password.empty()) return Registration::WrongPassword;
+  const auto isSame = [&](const std::string& name) { return isSameName(name, account.name); };
+  if (!settings_.invited.empty() && std::none_of(settings_.invited.begin(), settings_.invited.end(), isSame)) {
+    return Registration::NotAllowed;
+  }
+  if (settings_.mostWins != 0 && bank_.wins(account.id) >= settings_.mostWins) return Registration::WonTournamentsLimit;
+  if (!mayPlayInMore) return Registration::ParticipationLimit;
+  if (players_.size() >= settings_.maxPlayers || !pays(choice, price().cash)) return Registration::Failed;
+  if (!fund_.enter(account.id)) return Registration::FailedAskSupport;
+  Player& player = players_[account.id];
+  player.account = account;
+  player.city = city;
+  ++playersLeft_;
+  show(player);
+  showFund();
+  changed();
+  return Registration::Registered;
+}
+
+Withdrawal Tournament::withdraw(AccountID account) {
+  const auto place = players_.find(account);
+  if (hasBegun()) return Withdrawal::AlreadyStarted;
+  if (place == players_.end()) return Withdrawal::Failed;
+  fund_.withdraw(account);
+  board_.removePlayer(place->second.account.name);
+  players_.erase(place);
+  --playersLeft_;
+  showFund();
+  changed();
+  return Withdrawal::Unregistered;
+}
+
+void Tournament::welcome(const ConnectionID& client, AccountID account) {
+  const Player* entry = player(account);
+  if (entry == nullptr || entry->place != 0 || isOver()) return;
+  outbox_.add<SrvTourTourneyStatus>(client, status_, id_);
+  // With another count of players than they know, all are about to be told.
+  if (status_ > Status::Registering || playersTold_ != playersWanted()) return;
+  const std::int32_t seconds = startsAt_ ? secondsUntil(*startsAt_, Clock::now()) : 0;
+  outbox_.add<Start>(client, static_cast<std::int32_t>(playersWanted()), seconds);
+}
+
+std::uint32_t Tournament::playersWanted() const {
+  return static_cast<std::uint32_t>(settings_.startWith - std::min(settings_.startWith, players_.size()));
+}
+
+void Tournament::tellCountdown(Clock::time_point now) {
+  const bool isNoticeDue = noticeAt_ && now >= *noticeAt_;
+  if (!isNoticeDue && playersTold_ == playersWanted()) {
+    if (startsAt_ && !noticeAt_) noticeAt_ = nextNotice(*startsAt_, now);
+    return;
+  }
+  playersTold_ = playersWanted();
+  if (startsAt_) noticeAt_ = nextNotice(*startsAt_, now);
+  tellPlayers<Start>(static_cast<std::int32_t>(playersTold_), startsAt_ ? secondsUntil(*startsAt_, now) : 0);
+}
+
+// What has become due
+
+void Tournament::close() {
+  isClosing_ = true;
+  changed();
+}
+
+void Tournament::settle() {
+  if (!isDue_ || isOver()) return;
+  isDue_ = false;
+  bool hasStepped = false;
+  while (!isOver() && step(Clock::now())) hasStepped = true;
+  if (hasStepped) wakeTables();
+  tellLonely();
+  armTimer();
+}
+
+/// @return whether something was done; something else may be due now
+bool Tournament::step(Clock::time_point now) {
+  return status_ <= Status::Registering ? stepBeforeStart(now) : stepPlay(now);
+}
+
+bool Tournament::stepBeforeStart(Clock::time_point now) {
+  if (isClosing_) {
+    callOff("The house closes.");
+    return true;
+  }
+  if (status_ == Status::Announced) {
+    if (now < opensAt_) return false;
+    setStatus(Status::Registering);
+    return true;
+  }
+  const bool isTime = startsAt_ && now >= *startsAt_;
+  const bool areEnough = settings_.startWith != 0 && players_.size() >= settings_.startWith;
+  if (isTime && players_.size() < settings_.minPlayers) {
+    callOff("Too few players have registered.");
+  } else if (isTime || areEnough) {
+    drawSeats(now);
+  } else {
+    tellCountdown(now);
+    return false;
+  }
+  return true;
+}
+
+bool Tournament::stepPlay(Clock::time_point now) {
+  for (OpenTable& open : tables_) {
+    if (!open.played || !open.table->isIdle()) continue;
+    lookAtHand(open);
+    return true;
+  }
+  if (eliminateOne(now)) return true;
+  if (playersLeft_ == 1) {
+    finish();
+    return true;
+  }
+  if (isClosing_) {
+    if (!allIdle()) return false;
+    callOff("The house closes.");
+    return true;
+  }
+  return rearrange() || stepClock(now);
+}
+
+bool Tournament::stepClock(Clock::time_point now) {
+  if (status_ == Status::Prestarted && now >= *firstHandAt_) {
+    clock_.start(now);
+    setStatus(Status::Started);
+  } else if (status_ == Status::Suspended && resumeAt_ && now >= *resumeAt_) {
+    resume();
+  } else if (status_ != Status::Started) {
+    return false;
+  } else if (clock_.isLevelOver(now)) {
+    clock_.endLevel(now);
+  } else if (clock_.isStopped() && !clock_.isBreak() && busts_.empty() && allIdle()) {
+    clock_.beginBreak(now);
+    tellAll<Start>(Start::TimeBreakSpecialPlayerCountValue, clock_.secondsOfBreak(now));
+  } else if (clock_.isBreakOver(now)) {
+    clock_.endBreak(now);
+  } else if (clock_.isNoticeDue(now)) {
+    for (const OpenTable& open : tables_) tellLevel(open.table->viewers(), now);
+    return false;
+  } else {
+    return false;
+  }
+  if (clock_.level() > 0) {
+    const BlindLevel& blinds = clock_.blinds();
+    tellNews(fmt::format("Level {}: blinds {}/{}", clock_.level(), blinds.smallBlind.toString(),
+                         blinds.bigBlind.toString()));
+  }
+  if (areExtrasOver()) makeFundFinal();
+  offerAddOn();
+  changed();
+  return true;
+}
+
+void Tournament::armTimer() {
+  Moment next;
+  const auto consider = [&](const Moment& moment) {
+    if (moment && (!next || *moment < *next)) next = moment;
+  };
+  const Clock::time_point now = Clock::now();
+  if (status_ == Status::Announced) consider(opensAt_);
+  if (status_ == Status::Registering) {
+    consider(startsAt_);
+    consider(noticeAt_);
+  }
+  if (status_ == Status::Prestarted) consider(firstHandAt_);
+  if (status_ == Status::Suspended) consider(resumeAt_);
+  if (status_ == Status::Started) {
+    consider(clock_.next());
+    for (const Bust& bust : busts_) consider(bust.rebuyUntil);
+    for (const OpenTable& open : tables_) {
+      if (open.absentUntil && *open.absentUntil > now) consider(open.absentUntil);
+    }
+  }
+  timer_.cancel();
+  if (!next || isOver()) return;
+  timer_.expires_at(*next);
+  timer_.async_wait([this](const std::error_code& cancelled) {
+    if (cancelled) return;
+    outbox_.run([this] {
+      isDue_ = true;
+      for (OpenTable& open : tables_) {
+        if (open.absentUntil && Clock::now() >= *open.absentUntil) open.table->proceed();
+      }
+    });
+  });
+}
+
+// From the draw of the seats to the last player
+
+void Tournament::drawSeats(Clock::time_point now) {
+  setStatus(Status::Prestarted);
+  noticeAt_.reset();
+  TableSettings usual;
+  usual.tournamentID = id_;
+  usual.seats = settings_.seats;
+  usual.stakes.limit = settings_.limit;
+  usual.stakes.smallBlind = clock_.blinds().smallBlind;
+  usual.stakes.bigBlind = clock_.blinds().bigBlind;
+  usual.minBuyIn = usual.maxBuyIn = kZeroMoney;
+  usual.replyTime = settings_.replyTime;
+  usual.handPause = settings_.handPause;
+  usual.dealsInSitters = true;
+  usual.seed = settings_.seed;
+
+  std::vector<Player*> all;
+  for (auto& [account, player] : players_) all.push_back(&player);
+  chipsInPlay_ = settings_.chips * static_cast<std::uint32_t>(all.size());
+  for (const std::vector<std::size_t>& dealt : drawTables(all.size(), settings_.seats, [this] { return draw(); })) {
+    ++tablesOpened_;
+    usual.gameID = id_ * kTablesEach + tablesOpened_;
+    usual.name = fmt::format("{}, table {}", settings_.name, tablesOpened_);
+    OpenTable& open = tables_.emplace_back();
+    open.table = std::make_unique<TourTable>(context_, usual, outbox_, static_cast<TourTableHost&>(*this));
+    for (const std::size_t index : dealt) {
+      all[index]->table = open.table.get();
+      open.table->seat(all[index]->account, settings_.chips);
+      show(*all[index]);
+    }
+    show(*open.table);
+  }
+  for (const Player* player : all) sendToTable(player->account.id, *player->table);
+  firstHandAt_ = now + settings_.seatingTime;
+  tellPlayers<Start>(0, secondsUntil(*firstHandAt_, now));
+}
+
+void Tournament::finish() {
+  const auto last =
+      std::find_if(players_.begin(), players_.end(), [](const auto& each) { return each.second.place == 0; });
+  Player& winner = last->second;
+  if (winner.table->stackOf(winner.account.id) != chipsInPlay_) {
+    throw std::logic_error(fmt::format("tournament {}: {} has {} of {} chips", id_, winner.account.name,
+                                       winner.table->stackOf(winner.account.id).toString(), chipsInPlay_.toString()));
+  }
+  makeFundFinal();
+  givePlace(winner);
+  std::vector<TourBank::Prize> results;
+  for (const auto& [account, player] : players_) results.push_back({account, player.place, player.prize});
+  bank_.finish(id_, results);
+  tellNews(winner.account.name + " has won.");
+  closeTables();
+  setStatus(Status::Finished);
+}
+
+/// Nobody sits there any more; who looks at them may go on.
+void Tournament::closeTables() {
+  for (OpenTable& open : tables_) open.table->close();
+  for (auto& [account, player] : players_) {
+    TourTable* table = std::exchange(player.table, nullptr);
+    if (table == nullptr) continue;
+    table->unseat(account);
+    show(player);
+  }
+  for (OpenTable& open : tables_) {
+    board_.removeTable(open.table->settings().gameID);
+    brokenTables_.push_back(std::move(open.table));
+  }
+  tables_.clear();
+  busts_.clear();
+}
+
+void Tournament::callOff(const std::string& why) {
+  const std::string text = fmt::format("{} is called off: {} What you have paid is paid back.", settings_.name, why);
+  tellPlayers<SrvAdminMsg>("Tournament", text.c_str(), std::uint8_t{0});
+  bank_.callOff(id_);
+  closeTables();
+  tellNews(fmt::format("Called off: {}", why));
+  setStatus(Status::Finished);
+}
+
+void Tournament::suspend(std::optional<std::chrono::seconds> time) {
+  if (status_ != Status::Started) return;
+  const Clock::time_point now = Clock::now();
+  suspendedAt_ = now;
+  clock_.pause(now);
+  resumeAt_ = time ? Moment(now + *time) : std::nullopt;
+  setStatus(Status::Suspended);
+  tellAll<Start>(Start::HostBreakSpecialPlayerCountValue, time ? static_cast<std::int32_t>(time->count()) : 0);
+}
+
+void Tournament::resume() {
+  if (status_ != Status::Suspended) return;
+  const Clock::time_point now = Clock::now();
+  clock_.resume(now);
+  for (Bust& bust : busts_) {
+    if (bust.rebuyUntil != Clock::time_point::min()) bust.rebuyUntil += now - suspendedAt_;
+  }
+  setStatus(Status::Started);
+  wakeTables();
+}
+
+// Hands
+
+bool Tournament::mayBegin(TourTable& table) {
+  if (status_ != Status::Started || isClosing_ || clock_.isStopped()) return false;
+  OpenTable& open = find(table);
+  const auto isHere = [&](const Bust& bust) { return bust.table == &table; };
+  if (open.played || std::any_of(busts_.begin(), busts_.end(), isHere)) return false;
+  if (table.present() != 0) {
+    open.absentUntil.reset();
+    return true;
+  }
+  const Clock::time_point now = Clock::now();
+  if (open.absentUntil) return now >= *open.absentUntil;
+  open.absentUntil = now + settings_.absentTime;
+  isDue_ = true;
+  table.tell<Start>(Start::SuspendedSpecialPlayerCountValue, 0);
+  return false;
+}
+
+void Tournament::onHandBegins(TourTable& table) {
+  const BlindLevel& blinds = clock_.blinds();
+  const Stakes& stakes = table.settings().stakes;
+  const bool isFirst = table.handsPlayed() == 0;
+  if (!isFirst && stakes.smallBlind == blinds.smallBlind && stakes.bigBlind == blinds.bigBlind) return;
+  table.setBlinds(blinds.smallBlind, blinds.bigBlind, clock_.level(), clock_.unitsLeft(Clock::now()),
+                  settings_.switchType);
+}
+
+void Tournament::bookHand(TourTable& table, const FinishedHand& booking, const Hand&) {
+  FinishedHand& hand = find(table).played.emplace(booking);
+  hand.tournament = id_;
+  accounts_.finishHand(hand);
+}
+
+void Tournament::onHandOver(TourTable& table) {
+  clock_.countHand(table.settings().gameID);
+  changed();
+}
+
+void Tournament::onEntered(TourTable& table, const ConnectionID& viewer, const Seat* seat) {
+  const Clock::time_point now = Clock::now();
+  if (status_ == Status::Prestarted) {
+    outbox_.add<Start>(viewer, 0, secondsUntil(*firstHandAt_, now));
+  } else if (status_ == Status::Suspended) {
+    outbox_.add<Start>(viewer, Start::HostBreakSpecialPlayerCountValue, resumeAt_ ? secondsUntil(*resumeAt_, now) : 0);
+  } else if (clock_.isBreak()) {
+    outbox_.add<Start>(viewer, Start::TimeBreakSpecialPlayerCountValue, clock_.secondsOfBreak(now));
+  } else if (status_ == Status::Started) {
+    tellLevel(viewer, now);
+  }
+  for (const Bust& bust : busts_) {
+    if (seat == nullptr || bust.account != seat->account || bust.table != &table) continue;
+    outbox_.add<OutOfMoney>(viewer, accounts_.balance(bust.account), SrvErrorCode::NotEnoughMoney);
+  }
+}
+
+/// The next level, if there is one.
+template <class Target>
+void Tournament::tellLevel(const Target& to, Clock::time_point now) {
+  if (!clock_.hasNextLevel()) return;
+  const BlindLevel& next = clock_.nextBlinds();
+  const bool isFixed = settings_.limit == LimitType::FixedLimit;
+  outbox_.add<SrvLevelSwitch>(
+      to, isFixed ? next.bigBlind : next.smallBlind, isFixed ? next.bigBlind * 2 : next.bigBlind,
+      static_cast<std::int16_t>(clock_.level() + 1), clock_.unitsLeft(now), settings_.switchType, false);
+}
+
+/// What was ordered in the hand, and who has nothing left.
+void Tournament::lookAtHand(OpenTable& open) {
+  TourTable& table = *open.table;
+  for (auto& [account, player] : players_) {
+    if (player.table != &table || table.isInHand(account)) continue;
+    const bool hadChips = table.stackOf(account) > kZeroMoney;
+    if (const std::uint32_t count = std::exchange(player.wantsRebuys, 0); count != 0) {
+      answer(player, ExtraMoneyRequest::Rebuy, buy(player, ExtraMoneyRequest::Rebuy, count), hadChips);
+    }
+    if (std::exchange(player.wantsAddOn, false)) {
+      answer(player, ExtraMoneyRequest::AddOn, buy(player, ExtraMoneyRequest::AddOn, 1), hadChips);
+    }
+  }
+  findBusts(open);
+  open.played.reset();
+  show(table);
+}
+
+void Tournament::findBusts(OpenTable& open) {
+  const FinishedHand& hand = *open.played;
+  std::size_t fromButton = 0;  // the hand's players stand in this order
+  for (const FinishedHand::Player& played : hand.players) {
+    const std::size_t distance = fromButton++;
+    const Player& player = players_.at(played.account);
+    if (player.table != open.table.get() || open.table->stackOf(played.account) > kZeroMoney) continue;
+    Bust bust{played.account, open.table.get(), hand.number, played.before, distance, Clock::time_point::min()};
+    const bool mayBuy = areRebuysOpen() && !isPrizeAwarded_ && player.rebuys < settings_.rebuys;
+    if (mayBuy && host_.connectionOf(played.account).isValid() &&
+        accounts_.balance(played.account) >= settings_.rebuyPrice) {
+      bust.rebuyUntil = Clock::now() + settings_.rebuyTime;
+      outbox_.add<OutOfMoney>(host_.connectionOf(played.account), accounts_.balance(played.account),
+                              SrvErrorCode::NotEnoughMoney);
+    }
+    busts_.push_back(bust);
+  }
+  // Who had less goes first; of equal ones, who sits farther after the button.
+  std::stable_sort(busts_.begin(), busts_.end(), [](const Bust& a, const Bust& b) {
+    if (a.hand != b.hand) return a.hand < b.hand;
+    return a.before != b.before ? a.before < b.before : a.fromButton > b.fromButton;
+  });
+}
+
+bool Tournament::eliminateOne(Clock::time_point now) {
+  if (status_ != Status::Started && !isClosing_) return false;
+  for (std::size_t i = 0; i < busts_.size(); ++i) {
+    const Bust bust = busts_[i];
+    if (now < bust.rebuyUntil && !isPrizeAwarded_) continue;
+    busts_.erase(busts_.begin() + static_cast<std::ptrdiff_t>(i));
+    eliminate(bust);
+    return true;
+  }
+  return false;
+}
+
+void Tournament::eliminate(const Bust& bust) {
+  Player& player = players_.at(bust.account);
+  if (playersLeft_ <= fund_.prizes().size()) makeFundFinal();
+  givePlace(player);
+  isPrizeAwarded_ = isPrizeAwarded_ || player.prize > kZeroMoney;
+  player.table = nullptr;
+  bust.table->unseat(bust.account);
+  board_.removePlayer(player.account.name);
+  show(*bust.table);
+  changed();
+}
+
+void Tournament::givePlace(Player& player) {
+  const std::vector<RealMoneyType> prizes = fund_.prizes();
+  player.place = static_cast<std::uint32_t>(playersLeft_--);
+  if (player.place <= prizes.size()) player.prize = prizes[player.place - 1];
+  std::string text = player.place == 1
+                         ? fmt::format("You have won {}, the best of {} players.", settings_.name, players_.size())
+                         : fmt::format("You have finished in place {} of {}.", player.place, players_.size());
+  if (player.prize > kZeroMoney) text += fmt::format(" Your prize is {}.", player.prize.toString());
+  outbox_.add<SrvTourPlayerFinished>(host_.connectionOf(player.account.id), text);
+  logLine(log_, 0, "place tournament={} place={} name={} prize={}", id_, player.place, quoted(player.account.name),
+          player.prize.toString());
+}
+
+// Tables
+
+bool Tournament::allIdle() const {
+  return std::all_of(tables_.begin(), tables_.end(), [](const OpenTable& open) { return open.table->isIdle(); });
+}
+
+void Tournament::wakeTables() {
+  // A table that proceeds may not begin a hand at once, so that nothing here changes meanwhile.
+  for (OpenTable& open : tables_) open.table->proceed();
+}
+
+/// One step towards as few and as even tables as possible.
+bool Tournament::rearrange() {
+  std::vector<TableLoad> loads;
+  for (const OpenTable& open : tables_) {
+    const bool isFree = open.table->isIdle() && !open.played;
+    loads.push_back({open.table->settings().gameID, open.table->players(), isFree});
+  }
+  if (const auto superfluous = tableToBreak(loads, settings_.seats)) {
+    const auto load =
+        std::find_if(loads.begin(), loads.end(), [&](const TableLoad& each) { return each.table == *superfluous; });
+    if (!load->isIdle) return false;
+    breakTable(*superfluous);
+    return true;
+  }
+  const std::optional<PlayerMove> move = nextMove(loads);
+  if (!move) return false;
+  TourTable& from = *table(move->from);
+  TourTable& to = *table(move->to);
+  movePlayer(from.nextBigBlind(), from, to);
+  return true;
+}
+
+TourTable& Tournament::smallestTable() {
+  return *std::min_element(tables_.begin(), tables_.end(), [](const OpenTable& a, const OpenTable& b) {
+            return a.table->players() < b.table->players();
+          })->table;
+}
+
+void Tournament::breakTable(std::uint32_t tableID) {
+  const auto place = std::find_if(tables_.begin(), tables_.end(),
+                                  [&](const OpenTable& open) { return open.table->settings().gameID == tableID; });
+  brokenTables_.push_back(std::move(place->table));
+  tables_.erase(place);
+  TourTable& broken = *brokenTables_.back();
+  std::vector<AccountID> movers;
+  for (const auto& [account, player] : players_) {
+    if (player.table == &broken) movers.push_back(account);
+  }
+  broken.close();
+  for (const AccountID account : movers) movePlayer(account, broken, smallestTable());
+  // Who only looked on goes along.
+  const ConnectionsSet onlookers = broken.viewers();
+  for (const ConnectionID& viewer : onlookers) {
+    outbox_.add<SrvTourMoveToTable>(viewer, tables_.front().table->settings().gameID);
+    host_.bringTo(viewer, *tables_.front().table);
+  }
+  board_.removeTable(tableID);
+  if (tables_.size() == 1) tellNews("The final table");
+  changed();
+}
+
+void Tournament::movePlayer(AccountID account, TourTable& from, TourTable& to) {
+  Player& player = players_.at(account);
+  const RealMoneyType chips = from.unseat(account);
+  to.seat(player.account, chips);
+  player.table = &to;
+  for (Bust& bust : busts_) {
+    if (bust.account == account) bust.table = &to;
+  }
+  sendToTable(account, to);
+  show(player);
+  show(to);
+  if (table(from.settings().gameID) != nullptr) show(from);
+  changed();
+}
+
+void Tournament::sendToTable(AccountID account, TourTable& table) {
+  const ConnectionID connection = host_.connectionOf(account);
+  if (!connection.isValid()) return;
+  outbox_.add<SrvTourMoveToTable>(connection, table.settings().gameID);
+  outbox_.add<SrvTakeSeatInfo>(connection, table.startupInfo(id_, table.seatOf(account)));
+  host_.bringTo(connection, table);
+}
+
+void Tournament::bringToTable(const ConnectionID& client, AccountID account) {
+  const Player* entry = player(account);
+  if (entry != nullptr && entry->table != nullptr) sendToTable(account, *entry->table);
+}
+
+/// Whoever waits alone for players from other tables is told so.
+void Tournament::tellLonely() {
+  for (OpenTable& open : tables_) {
+    const bool wasLonely = open.isLonely;
+    open.isLonely = status_ == Status::Started && open.table->players() == 1 && tables_.size() > 1;
+    if (!open.isLonely || wasLonely) continue;
+    const auto seconds = std::chrono::ceil<std::chrono::seconds>(settings_.replyTime + settings_.handPause);
+    open.table->tell<Start>(Start::SusOnMoveSpecialPlayerCountValue, static_cast<std::int32_t>(seconds.count()));
+  }
+}
+
+// Extra chips
+
+bool Tournament::areRebuysOpen() const {
+  return status_ >= Status::Started && static_cast<std::uint32_t>(clock_.level()) <= settings_.rebuyLevels;
+}
+
+bool Tournament::isAddOnInBreak() const {
+  return settings_.breakEvery != 0 && settings_.rebuyLevels != 0 && settings_.rebuyLevels % settings_.breakEvery == 0;
+}
+
+bool Tournament::isAddOnOpen() const {
+  const auto level = static_cast<std::uint32_t>(clock_.level());
+  if (settings_.addOnChips == kZeroMoney || clock_.level() == 0) return false;
+  return isAddOnInBreak() ? level == settings_.rebuyLevels && clock_.isBreak() : level == settings_.rebuyLevels + 1;
+}
+
+/// Neither a re-buy nor an add-on will be made any more.
+bool Tournament::areExtrasOver() const {
+  const bool addOnFollows = settings_.addOnChips != kZeroMoney && !isAddOnInBreak();
+  const std::uint32_t last = settings_.rebuyLevels + (addOnFollows ? 1 : 0);
+  return status_ >= Status::Started && static_cast<std::uint32_t>(clock_.level()) > last;
+}
+
+void Tournament::offerAddOn() {
+  if (isAddOnOffered_ || !isAddOnOpen() || isPrizeAwarded_) return;
+  isAddOnOffered_ = true;
+  const std::string text = fmt::format("Add-ons are open: {} chips for {}.", settings_.addOnChips.toString(),
+                                       settings_.addOnPrice.toString());
+  tellPlayers<SrvAdminMsg>("Tournament", text.c_str(), std::uint8_t{0});
+}
+
+Tournament::Reply Tournament::whyNotBuy(Player& player, const ClGetExtraMoney& request) const {
+  const bool isRebuy = request.getType() == ExtraMoneyRequest::Rebuy;
+  const std::uint32_t count = std::max<std::uint32_t>(request.getRebuys(), 1);
+  const auto level = static_cast<std::uint32_t>(clock_.level());
+  if (clock_.level() == 0) return Reply::NotStarted;
+  if (isPrizeAwarded_) return Reply::PrizeAwarded;
+  if (isRebuy) {
+    if (!areRebuysOpen()) return Reply::TooLate;
+    if (count > settings_.rebuys - player.rebuys) return Reply::NoRebuysLeft;
+    if (!pays(request.moneyChooser(), settings_.rebuyPrice * count)) return Reply::Failed;
+    return Reply::Done;
+  }
+  if (request.getType() != ExtraMoneyRequest::AddOn || player.hasAddOn) return Reply::Failed;
+  if (settings_.addOnChips == kZeroMoney || !pays(request.moneyChooser(), settings_.addOnPrice)) return Reply::Failed;
+  if (isAddOnOpen()) return Reply::Done;
+  return level > settings_.rebuyLevels ? Reply::TooLate : Reply::Failed;
+}
+
+void Tournament::getExtraMoney(const ConnectionID& client, AccountID account, const ClGetExtraMoney& request) {
+  const auto type = request.getType();
+  const auto place = players_.find(account);
+  if (place == players_.end() || place->second.place != 0 || isOver()) {
+    outbox_.add<SrvGetExtraMoneyReply>(client, type, Reply::Failed, 0u, false);
+    return;
+  }
+  Player& player = place->second;
+  if (!request.state()) {
+    if (type == ExtraMoneyRequest::AddOn) player.wantsAddOn = false;
+    if (type == ExtraMoneyRequest::Rebuy) player.wantsRebuys = 0;
+    return answer(player, type, Reply::None, false);
+  }
+  const Reply reason = whyNotBuy(player, request);
+  if (reason != Reply::Done) return answer(player, type, reason, false);
+  const std::uint32_t count = std::max<std::uint32_t>(request.getRebuys(), 1);
+  if (!player.table->isInHand(account)) {
+    const bool hadChips = player.table->stackOf(account) > kZeroMoney;
+    answer(player, type, buy(player, type, count), hadChips);
+  } else if (type == ExtraMoneyRequest::Rebuy) {
+    player.wantsRebuys = count;
+  } else {
+    player.wantsAddOn = true;
+  }
+}
+
+/// Between hands, by who may.
+Tournament::Reply Tournament::buy(Player& player, ExtraMoneyRequest type, std::uint32_t count) {
+  const AccountID account = player.account.id;
+  RealMoneyType chips = settings_.addOnChips;
+  if (isPrizeAwarded_) return Reply::PrizeAwarded;
+  if (type == ExtraMoneyRequest::Rebuy) {
+    if (player.table->stackOf(account) >= settings_.chips) return Reply::BalanceTooHigh;
+    if (!areRebuysOpen()) return Reply::TooLate;
+    if (!fund_.buyRebuys(account, count)) return Reply::NotEnoughMoney;
+    player.rebuys += count;
+    chips = settings_.rebuyChips * count;
+  } else {
+    if (!isAddOnOpen()) return Reply::TooLate;
+    if (!fund_.buyAddOn(account)) return Reply::NotEnoughMoney;
+    player.hasAddOn = true;
+  }
+  chipsInPlay_ += chips;
+  std::erase_if(busts_, [&](const Bust& bust) { return bust.account == account; });
+  player.table->addChips(account, chips);
+  show(*player.table);
+  showFund();
+  changed();
+  return Reply::Done;
+}
+
+void Tournament::answer(const Player& player, ExtraMoneyRequest type, Reply reason, bool hadChips) {
+  const bool flag = type == ExtraMoneyRequest::Rebuy ? hadChips : isAddOnOpen() && !player.hasAddOn;
+  outbox_.add<SrvGetExtraMoneyReply>(host_.connectionOf(player.account.id), type, reason,
+                                     settings_.rebuys - player.rebuys, flag);
+}
+
+void Tournament::makeFundFinal() {
+  if (fund_.isFinal()) return;
+  fund_.makeFinal();
+  showFund();
+}
+
+// What the lobby shows
+
+void Tournament::showFund() {
+  board_.setFund(fund_.info());
+  board_.setPrizes(fund_.scheme());
+}
+
+void Tournament::show(const Player& player) {
+  MultiTourPlayerEntry entry;
+  entry.tableID = player.table != nullptr ? player.table->settings().gameID : 0;
+  entry.player.name = player.account.name;
+  entry.player.playerID = static_cast<std::uint32_t>(player.account.id);
+  entry.player.city = player.city;
+  board_.setPlayer(entry);
+}
+
+void Tournament::show(TourTable& table) {
+  MultiTourTableEntry entry;
+  entry.tableID = table.settings().gameID;
+  entry.name = table.settings().name;
+  entry.players = static_cast<std::uint32_t>(table.players());
+  bool isFirst = true;
+  table.forEachSeat(
+      [&](const SeatID&, const std::string&, const RealMoneyType& stack, const RealMoneyType& bet, UserState) {
+        const RealMoneyType chips = stack + bet;
+        entry.smallestStack = isFirst ? chips : std::min(entry.smallestStack, chips);
+        entry.largestStack = std::max(entry.largestStack, chips);
+        isFirst = false;
+      });
+  board_.setTable(entry);
+}
+
+void Tournament::describe(TourListEntry& line) const {
+  line.tournamentID = id_;
+  line.starts =
+      settings_.startsAfter ? COleDateTime::fromTimePoint(announcedAt_ + *settings_.startsAfter) : COleDateTime();
+  line.name = settings_.name;
+  line.description = settings_.description;
+  line.cost.buyIn = inCash(settings_.buyIn);
+  line.cost.fee = inCash(settings_.fee);
+  line.cost.realMoney = false;
+  line.prizes = fund_.info().summary;
+  line.gameType = GameType::TexasHoldem;
+  line.players = static_cast<std::uint16_t>(players_.size());
+  line.maxPlayers = static_cast<std::uint16_t>(settings_.maxPlayers);
+  line.tableID = settings_.type() == TOUR_NAMES::TourType::SingleTable && !tables_.empty()
+                     ? tables_.front().table->settings().gameID
+                     : 0;
+  line.status = status_;
+  line.skin.clear();
+}
+
+TournamentDetailedInfo Tournament::details() const {
+  TournamentDetailedInfo info;
+  info.description = settings_.description;
+  info.finished = isOver();
+  info.version = changes_;
+  std::vector<std::pair<const Player*, RealMoneyType>> shown;
+  for (const auto& [account, player] : players_) {
+    if (isOver()) {
+      shown.emplace_back(&player, player.prize);
+    } else if (player.place == 0) {
+      shown.emplace_back(&player, player.table != nullptr ? player.table->stackOf(account) : kZeroMoney);
+    }
+  }
+  std::stable_sort(shown.begin(), shown.end(), [&](const auto& a, const auto& b) {
+    return isOver() ? a.first->place < b.first->place : a.second > b.second;
+  });
+  for (const auto& [player, money] : shown) {
+    TourPlayerMoneyEntry& entry = info.players.emplace_back();
+    entry.player.name = player->account.name;
+    entry.player.playerID = static_cast<std::uint32_t>(player->account.id);
+    entry.player.city = player->city;
+    entry.money = money;
+  }
+  return info;
+}
+
+MultiTourMoneyInfo Tournament::money() const {
+  MultiTourMoneyInfo info;
+  info.buyInChips = settings_.chips;
+  info.buyIn = inCash(settings_.buyIn);
+  info.fee = inCash(settings_.fee);
+  if (settings_.rebuys != 0) {
+    info.rebuyChips = settings_.rebuyChips;
+    info.rebuy = inCash(settings_.rebuyPrice);
+  }
+  if (settings_.addOnChips != kZeroMoney) {
+    info.addOnChips = settings_.addOnChips;
+    info.addOn = inCash(settings_.addOnPrice);
+  }
+  return info;
+}
+
+MultiStartInfo Tournament::times() const {
+  MultiStartInfo info;
+  info.registrationStarts = timeText(announcedAt_ + settings_.opensAfter);
+  const std::string full = fmt::format("with {} players", settings_.startWith);
+  const std::string byTime = settings_.startsAfter ? timeText(announcedAt_ + *settings_.startsAfter) : "";
+  info.starts = settings_.startWith == 0 ? byTime : byTime.empty() ? full : fmt::format("{}, or {}", byTime, full);
+  info.registrationEnds = info.starts;
+  return info;
+}
+
+MultiTourneyInfo Tournament::numbers() const {
+  MultiTourneyInfo info;
+  info.registeredPlayers = static_cast<std::uint32_t>(players_.size());
+  info.maxPlayers = static_cast<std::uint32_t>(settings_.maxPlayers);
+  info.playersLeft = static_cast<std::uint32_t>(playersLeft_);
+  info.tables = static_cast<std::uint32_t>(tables_.size());
+  info.paidPlaces = static_cast<std::uint32_t>(fund_.prizes().size());
+  info.rebuys = fund_.rebuys();
+  info.addOns = fund_.addOns();
+  return info;
+}
+
+}  // namespace poker::holdem
