@@ -15,39 +15,16 @@ auto varying(const ServerTableEntry& line) {
 }  // namespace
 
 void TableList::set(const ServerTableEntry& line) {
-  const auto [place, isNew] = lines_.try_emplace(line.gameID, line);
-  if (isNew) {
-    std::erase_if(removed_, [&](const auto& gone) { return gone.first == line.gameID; });
-  } else if (varying(place->second) == varying(line)) {
-    return;
-  } else {
-    place->second = line;
-  }
-  place->second.version = version_ = numbers_.forChange();
-}
-
-void TableList::remove(std::uint32_t gameID) {
-  if (lines_.erase(gameID) == 0) return;
-  version_ = numbers_.forChange();
-  removed_.emplace_back(gameID, version_);
-}
-
-const ServerTableEntry* TableList::find(std::uint32_t gameID) const {
-  const auto place = lines_.find(gameID);
-  return place == lines_.end() ? nullptr : &place->second;
+  const auto saysSame = [](const ServerTableEntry& a, const ServerTableEntry& b) { return varying(a) == varying(b); };
+  if (ServerTableEntry* changed = lines_.set(line.gameID, line, saysSame)) changed->version = lines_.version();
 }
 
 void TableList::changesSince(std::uint32_t version, ServerUpdateInfo& changes) const {
-  const bool isKnown = version >= first_ && version <= version_;
   changes.tables.clear();
   changes.removedTables.clear();
-  changes.version = version_;
-  for (const auto& [gameID, line] : lines_) {
-    if (!isKnown || line.version > version) changes.tables.push_back(line);
-  }
-  for (const auto& [gameID, gone] : removed_) {
-    if (isKnown && gone > version) changes.removedTables.push_back(gameID);
-  }
+  changes.version = lines_.version();
+  lines_.forEachChanged(version, [&](std::uint32_t, const ServerTableEntry& line) { changes.tables.push_back(line); });
+  lines_.forEachRemoved(version, [&](std::uint32_t gameID) { changes.removedTables.push_back(gameID); });
   numbers_.tell();
 }
 

@@ -2,11 +2,10 @@
 
 #include <CommandProcessor/types/ServerUpdateInfo.h>
 #include <examples/holdem/server/lobby/VersionNumbers.h>
+#include <examples/holdem/server/lobby/VersionedMap.h>
 
+#include <cstddef>
 #include <cstdint>
-#include <map>
-#include <utility>
-#include <vector>
 
 namespace poker::holdem {
 
@@ -15,17 +14,17 @@ namespace poker::holdem {
 class TableList {
  public:
   /// @param numbers  where versions come from; must outlive this object
-  explicit TableList(VersionNumbers& numbers) : numbers_(numbers), first_(numbers.forChange()), version_(first_) {}
+  explicit TableList(VersionNumbers& numbers) : numbers_(numbers), lines_([&numbers] { return numbers.forChange(); }) {}
 
   /// Adds the table, or replaces its line if something there is different; the line's version is set here.
   void set(const ServerTableEntry& line);
   /// Takes the table off the list, if it is there.
-  void remove(std::uint32_t gameID);
+  void remove(std::uint32_t gameID) { lines_.remove(gameID); }
 
   /// Null when the table is not on the list.
-  const ServerTableEntry* find(std::uint32_t gameID) const;
+  const ServerTableEntry* find(std::uint32_t gameID) const { return lines_.find(gameID); }
   std::size_t size() const { return lines_.size(); }
-  std::uint32_t version() const { return version_; }
+  std::uint32_t version() const { return lines_.version(); }
 
   /// Tells somebody who has the list in that version what is different now; the whole list to who has none (0), and to who
   /// has one that is not from here.
@@ -33,10 +32,7 @@ class TableList {
 
  private:
   VersionNumbers& numbers_;
-  std::map<std::uint32_t, ServerTableEntry> lines_;
-  std::vector<std::pair<std::uint32_t, std::uint32_t>> removed_;  // game ids and when they went, oldest first
-  std::uint32_t first_;
-  std::uint32_t version_;
+  VersionedMap<std::uint32_t, ServerTableEntry> lines_;
 };
 
 }  // namespace poker::holdem

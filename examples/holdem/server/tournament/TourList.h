@@ -1,24 +1,30 @@
 #pragma once
 
 #include <CommandProcessor/types/TournamentsInfo.h>
+#include <examples/holdem/server/lobby/VersionedMap.h>
 
 #include <cstdint>
 
 namespace poker::holdem {
 
-/// The tournaments of one kind, as a list that knows what has changed in it since any of its versions. One thread at a time.
+/// The tournaments of one kind, as a list that knows what has changed in it since any of its versions. They are few, gone ones
+/// included: its counts have 16 bits. One thread at a time.
 class TourList {
  public:
-  explicit TourList(TOUR_NAMES::TourType type);
+  explicit TourList(TOUR_NAMES::TourType type) : type_(type) {}
 
   /// Adds the tournament, or replaces its line if something there is different; the line's version is set here.
   void set(const TourListEntry& line);
   /// Takes it off the list, if it is there.
-  void remove(std::uint32_t tournamentID);
+  void remove(std::uint32_t tournamentID) { lines_.remove(tournamentID); }
 
   /// What is different for somebody who has the list in that version, with the counts of all; the whole list for who has
   /// none (0), or one that is not from here.
   void changesSince(std::uint32_t version, TournamentsInfo& changes) const;
+
+ private:
+  TOUR_NAMES::TourType type_;
+  VersionedMap<std::uint32_t, TourListEntry> lines_;
 };
 
 }  // namespace poker::holdem
