@@ -79,7 +79,7 @@ void ClientTourCommands::onClTourUnregister(Results&, const ClTourUnregister& re
 void ClientTourCommands::onClMoveMe2MyTable(Results&, const ClMoveMe2MyTable& request) {
   house_.forPlayer(request.getConnID(), [&](const Account& account) {
     Tournament* tournament = house_.tournaments().find(request.tournamentId());
-    if (tournament != nullptr) tournament->bringToTable(request.getConnID(), account.id);
+    if (tournament != nullptr) tournament->bringToTable(account.id);
   });
 }
 

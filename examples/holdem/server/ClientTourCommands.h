@@ -2,6 +2,7 @@
 
 #include <CommandProcessor/commands/AllCommands.h>
 #include <CommandProcessor/core/ClientTourCmdProcessor.h>
+#include <CommandProcessor/core/CommandsResult.h>
 
 namespace poker::holdem {
 

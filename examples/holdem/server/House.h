@@ -34,6 +34,8 @@ struct HouseSettings {
   RealMoneyType gift = RealMoneyType::fromUnits(1000);  ///< what a new account begins with
   HighHandSettings highHand;
   std::vector<TableSettings> tables;  ///< at most kMostTables, each with a number of its own, which is not 0
+  std::vector<TourSettings> tournaments;
+  unsigned mostTournaments = 3;                                     ///< that a player may be in at once
   std::chrono::milliseconds inviteTime = std::chrono::seconds(30);  ///< that a seat is held for who waited for it
   std::string news;                                                 ///< for the lobby; may be empty
 };

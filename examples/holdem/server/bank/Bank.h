@@ -87,6 +87,7 @@ struct FinishedHand {
   RealMoneyType rake;
   std::chrono::sys_seconds began{};
   std::chrono::sys_seconds ended{};
+  std::uint32_t tournament = 0;  ///< 0: a ring game
 };
 
 /// Which of the hands that an account played are wanted: those that meet every criterion that is set.

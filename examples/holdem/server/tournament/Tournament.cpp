@@ -654,7 +654,7 @@ void Tournament::sendToTable(AccountID account, TourTable& table) {
   host_.bringTo(connection, table);
 }
 
-void Tournament::bringToTable(const ConnectionID& client, AccountID account) {
+void Tournament::bringToTable(AccountID account) {
   const Player* entry = player(account);
   if (entry != nullptr && entry->table != nullptr) sendToTable(account, *entry->table);
 }

@@ -110,7 +110,7 @@ class Tournament final : private TourTableHost {
                                       const TourMoneyChooser& choice, bool mayPlayInMore);
   SrvTourUnregisterResult::Reason withdraw(AccountID account);
   /// Brings the player to its table, if there is one.
-  void bringToTable(const ConnectionID& client, AccountID account);
+  void bringToTable(AccountID account);
   void getExtraMoney(const ConnectionID& client, AccountID account, const ClGetExtraMoney& request);
   /// Tells a player who has just logged on how it stands.
   void welcome(const ConnectionID& client, AccountID account);
