@@ -78,10 +78,12 @@ HouseClient::HouseClient(asio::io_context& context, VisitorSettings settings, Ho
     : context_(context),
       settings_(std::move(settings)),
       events_(events),
+      tourCommands_(events, [this](std::uint32_t tourID) { send<ClBigInfoSent>(tourID); }),
       options_(optionsFrom(settings_)),
       retry_(context),
       pause_(kFirstPause) {
   dispatcher_.registerSrvCmdProcessor(*this, true);
+  dispatcher_.registerSrvTourCmdProcessor(tourCommands_, true);
 }
 
 HouseClient::~HouseClient() {

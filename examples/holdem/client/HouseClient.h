@@ -5,6 +5,7 @@
 #include <CommandProcessor/core/CommandsResult.h>
 #include <CommandProcessor/core/SrvCmdProcessor.h>
 #include <examples/holdem/client/Later.h>
+#include <examples/holdem/client/TourCommands.h>
 #include <examples/holdem/shared/Endpoint.h>
 #include <hostkit/CommandHandle.h>
 #include <hostkit/TcpSession.h>
@@ -41,10 +42,8 @@ enum class PlayerEnd : std::uint8_t {
 };
 
 /// What somebody in the house hears of, at whichever table or at none. Answers come in the order in which was asked.
-class HouseEvents {
+class HouseEvents : public TourEvents {
  public:
-  virtual ~HouseEvents() = default;
-
   /// After coming in, and again after coming back.
   virtual void onLoggedOn() {}
 
@@ -128,6 +127,8 @@ class HouseClient : protected SrvCmdProcessor {
   /// The player goes: whatever ends the session, it is the end that was wanted.
   void beginToLeave() { leaving_ = true; }
   bool isLeaving() const { return leaving_; }
+  /// Somebody who hears of tournaments before the events do; must outlive this object.
+  void tellOfToursFirst(TourEvents& listener) { tourCommands_.tellFirst(listener); }
   /// The server does not want this player: there is nothing more to do.
   void giveUp(std::string_view why);
 
@@ -176,6 +177,7 @@ class HouseClient : protected SrvCmdProcessor {
   VisitorSettings settings_;
   HouseEvents& events_;
   FrameObserver observer_;
+  TourCommands tourCommands_;
   CmdDispatcher dispatcher_;
   Results results_;
   std::shared_ptr<const SessionOptions> options_;

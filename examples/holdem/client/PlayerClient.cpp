@@ -9,11 +9,14 @@ namespace {
 
 constexpr int kUsualBuyIn = 100;  // big blinds
 constexpr int kSittingPause = 0;  // between two sittings: as long as the house says
+constexpr std::string_view kSeatsAreDrawn = "The seats of a tournament are drawn.";
 
 }  // namespace
 
 PlayerClient::PlayerClient(asio::io_context& context, PlayerSettings settings, PlayerEvents& events)
-    : HouseClient(context, settings, events), settings_(std::move(settings)), events_(events) {}
+    : HouseClient(context, settings, events), settings_(std::move(settings)), events_(events), tellOver_(context) {
+  tellOfToursFirst(*this);
+}
 
 // What the player wants
 
@@ -39,6 +42,7 @@ RealMoneyType PlayerClient::usualBuyIn() const {
 }
 
 void PlayerClient::sitDown(SeatID wished) {
+  if (isInTournament()) return events_.onRefused(kSeatsAreDrawn);
   settings_.sitsDown = true;
   if (wished.isValid()) settings_.seat = wished;
   const std::optional<SeatID> seat = settings_.seat.isValid() ? settings_.seat : freeSeat();
@@ -48,17 +52,27 @@ void PlayerClient::sitDown(SeatID wished) {
 }
 
 void PlayerClient::standUp() {
+  if (isInTournament()) return events_.onRefused(kSeatsAreDrawn);
   settings_.sitsDown = false;
   if (isAtTable() && picture_.ownSeat() != nullptr) send<ClLeaveSeat>();
 }
 
 void PlayerClient::leave() {
+  if (isInTournament()) {
+    if (isRegistered_ && !hasBegun_ && !isTourOver_) send<ClTourUnregister>(settings_.tournamentID);
+    return bye();
+  }
   if (!isAtTable() || picture_.ownSeat() == nullptr) return bye();
   beginToLeave();
   standUp();
 }
 
+void PlayerClient::askForExtraMoney(ExtraMoneyRequest type, bool state) {
+  send<ClGetExtraMoney>(type, state, 1u, settings_.tournamentID, TourMoneyChooser::empty());
+}
+
 void PlayerClient::wait() {
+  if (isInTournament()) return events_.onRefused(kSeatsAreDrawn);
   settings_.sitsDown = true;
   isWaiting_ = true;
   send<ClAddToWaitList>(settings_.gameID);
@@ -87,7 +101,14 @@ void PlayerClient::endWaiting() {
 
 void PlayerClient::onEntered() {
   endWaiting();
-  send<ClConnectGame>(settings_.gameID, "", "", nullptr, 0);
+  hasTable_ = asksForTable_ = false;
+  if (!isInTournament()) {
+    send<ClConnectGame>(settings_.gameID, "", "", nullptr, 0);
+  } else if (settings_.registersForTour) {
+    send<ClTourRegister>(settings_.tournamentID, TourMoneyChooser::empty(), settings_.tournamentPassword);
+  } else {
+    askForMyTable();
+  }
   events_.onLoggedOn();
 }
 
@@ -102,11 +123,70 @@ void PlayerClient::onSrvPasswordError(Results&, const SrvPasswordError& refusal)
 void PlayerClient::onSrvTableState(Results&, SrvTableState& command) {
   picture_.apply(command);
   settings_.gameID = picture_.state().gameID;
+  hasTable_ = true;
+  asksForTable_ = false;
+  if (isInTournament()) isRegistered_ = hasBegun_ = true;
   settle();
   events_.onTableState();
+  if (isInTournament()) return;
   if (isLeaving()) return leave();
   const bool isOnTheWay = isWaiting_ || invitation_;
   if (settings_.sitsDown && picture_.ownSeat() == nullptr && !isOnTheWay) sitDown();
+}
+
+// A tournament
+
+void PlayerClient::askForMyTable() {
+  // The server passes over who has no table there. Then the next thing that it says is the answer to the ping.
+  asksForTable_ = true;
+  send<ClMoveMe2MyTable>(settings_.tournamentID, 0u);
+  send<ClPing>();
+}
+
+void PlayerClient::onSrvPing(Results&, SrvPing&) {
+  if (!std::exchange(asksForTable_, false)) return;
+  if (!isRegistered_) return giveUp("You do not play in this tournament.");
+  settle();
+  if (hasBegun_) endTour();  // while the connection was lost
+}
+
+void PlayerClient::onTourRegistration(const SrvTourRegisterResult& result) {
+  using Reason = SrvTourRegisterResult::Reason;
+  if (!isInTournament() || result.tourID() != settings_.tournamentID) return;
+  switch (result.reason()) {
+    case Reason::Registered:
+      isRegistered_ = true;
+      return settle();
+    case Reason::AlreadyRegistered:
+      isRegistered_ = true;
+      return askForMyTable();
+    case Reason::AlreadyStarted:  // with this player, maybe
+      return askForMyTable();
+    default:
+      giveUp(result.reasonStr());
+  }
+}
+
+void PlayerClient::onTourStatus(const SrvTourTourneyStatus& command) {
+  if (!isInTournament() || command.tourID() != settings_.tournamentID) return;
+  isRegistered_ = true;  // nobody else is told
+  using enum TOUR_NAMES::TourStatus;
+  hasBegun_ =
+      hasBegun_ || command.status() == Prestarted || command.status() == Started || command.status() == Suspended;
+  if (command.status() == Finished) endTour();
+}
+
+void PlayerClient::onTourProtected(const SrvTourProtectionError& refusal) {
+  if (!isAtTable()) giveUp(refusal.reasonStr());
+}
+
+void PlayerClient::onTourPlayerFinished(const SrvTourPlayerFinished&) {
+  if (hasBegun_) endTour();  // otherwise it is another tournament of the player
+}
+
+void PlayerClient::endTour() {
+  if (std::exchange(isTourOver_, true)) return;
+  tellOver_.in(std::chrono::milliseconds::zero(), [this] { events_.onTourOver(); });
 }
 
 // Waiting for a seat
@@ -160,7 +240,8 @@ void PlayerClient::onSrvUserStateOnTable(Results&, SrvUserStateOnTable& command)
   if (wasThere) before_ = *seat;
   picture_.apply(command);
   events_.onSeatChange(command, wasThere ? &before_ : nullptr);
-  if (!wasSeated || picture_.ownSeat() != nullptr) return;
+  // Who is moved to another table of a tournament goes from this one first.
+  if (!wasSeated || picture_.ownSeat() != nullptr || isInTournament()) return;
   events_.onUnseated();
   if (isLeaving()) bye();
 }

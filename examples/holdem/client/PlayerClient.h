@@ -17,6 +17,11 @@ struct PlayerSettings : VisitorSettings {
   SeatID seat;                ///< none: any free one
   RealMoneyType buyIn;        ///< zero: a hundred big blinds, or what comes nearest
   bool waits = false;         ///< queues when every seat is taken
+
+  // In a tournament, which finds the player its tables and seats, so that what is above does not count.
+  std::uint32_t tournamentID = 0;  ///< 0: a ring game
+  std::string tournamentPassword;
+  bool registersForTour = false;  ///< otherwise it is registered already
 };
 
 /// What a player, or a program that plays, hears of. The client's picture of the table is up to date in each call, but
@@ -27,7 +32,7 @@ class PlayerEvents : public HouseEvents {
   virtual void onTableState() {}
   /// The own seat was taken.
   virtual void onSeated(SeatID) {}
-  /// The own seat is given up, at whoever's wish.
+  /// The own seat is given up, at whoever's wish. Not in a tournament.
   virtual void onUnseated() {}
   /// It is the own turn. The acknowledgement is sent.
   virtual void onTurn(const NextTurnOptions&, std::chrono::seconds) {}
@@ -49,14 +54,17 @@ class PlayerEvents : public HouseEvents {
 
   virtual void onChat(const SrvChatMsg&) {}
   virtual void onMoney(const SrvMoney&) {}
-  /// The stack is gone: ClMoreMoney keeps the seat.
+  /// The stack is gone: ClMoreMoney keeps the seat, or, in a tournament, ClGetExtraMoney the place.
   virtual void onOutOfMoney(const OutOfMoney&) {}
+  /// The tournament is over for this player, who is out or has won, or it was called off. Said once, after all of that.
+  virtual void onTourOver() {}
 };
 
 /// A player's connection, or that of somebody who looks on, to a table of the house: sits down or waits for a seat, and
-/// keeps the picture of the table up to date. Who comes back after the connection broke is at the table again. The rules
-/// are HouseClient's.
-class PlayerClient final : public HouseClient {
+/// keeps the picture of the table up to date. Who comes back after the connection broke is at the table again. With a
+/// tournament it registers there instead, and the server brings it from table to table; the picture is that of the last
+/// one. The rules are HouseClient's.
+class PlayerClient final : public HouseClient, private TourEvents {
  public:
   /// A seat that is held for the player.
   struct Invitation {
@@ -70,21 +78,27 @@ class PlayerClient final : public HouseClient {
   const PlayerSettings& settings() const { return settings_; }
   const TablePicture& picture() const { return picture_; }
   /// Whether the connection stands and the table is before the player. What players do at a table is for then.
-  bool isAtTable() const { return isSettled(); }
+  bool isAtTable() const { return isSettled() && hasTable_; }
+  bool isInTournament() const { return settings_.tournamentID != 0; }
+  /// Whether the tournament knows of this player.
+  bool isRegistered() const { return isRegistered_; }
 
   /// Answers the turn; without an amount it is the least.
   void act(UserAction action, RealMoneyType amount);
   void chat(const std::string& text) { send<ClChatMsg>(text.c_str(), ChatMsgTypes::Normal); }
-  /// Asks for this seat; without one for that of the settings, or for a free one.
+  /// Asks for this seat; without one for that of the settings, or for a free one. Not for a tournament.
   void sitDown(SeatID seat = {});
-  /// Gives the seat up, if there is one, and looks on.
+  /// Gives the seat up, if there is one, and looks on. Not for a tournament.
   void standUp();
-  /// Gives the seat up, says bye when that is done, and ends with PlayerEnd::Left.
+  /// Gives the seat up, says bye when that is done, and ends with PlayerEnd::Left. The seat of a tournament that has begun
+  /// stays, and is blinded away; before that the registration is taken back.
   void leave();
+  /// Asks for a re-buy or the add-on, at the tournament's price; without `state` takes that back.
+  void askForExtraMoney(ExtraMoneyRequest type, bool state = true);
 
   /// Whether every seat is taken or held for somebody.
   bool isFull() const { return !freeSeat(); }
-  /// Queues for a seat at this table.
+  /// Queues for a seat at this table. Not for a tournament.
   void wait();
   void stopWaiting();
   /// Whether the player stands in this table's queue, or is about to.
@@ -99,8 +113,11 @@ class PlayerClient final : public HouseClient {
   std::optional<SeatID> freeSeat() const;
   RealMoneyType usualBuyIn() const;
   void endWaiting();
+  void askForMyTable();
+  void endTour();
 
   void onEntered() override;
+  void onSrvPing(Results&, SrvPing&) override;
   void onSrvRequestPass(Results&, const SrvRequestPass&) override;
   void onSrvPasswordError(Results&, const SrvPasswordError& refusal) override;
   void onSrvWaitList(Results&, SrvWaitList& command) override;
@@ -125,6 +142,13 @@ class PlayerClient final : public HouseClient {
   void onSrvTUShowDown(Results&, SrvTUShowDown& command) override;
   void onSrvChatMsg(Results&, SrvChatMsg& command) override;
 
+  void onTourRegistration(const SrvTourRegisterResult& result) override;
+  void onTourStatus(const SrvTourTourneyStatus& command) override;
+  void onTourMove(const SrvTourMoveToTable&) override { asksForTable_ = false; }
+  void onTourProtected(const SrvTourProtectionError& refusal) override;
+  void onLevelSwitch(const SrvLevelSwitch& command) override { picture_.apply(command); }
+  void onTourPlayerFinished(const SrvTourPlayerFinished&) override;
+
   PlayerSettings settings_;
   PlayerEvents& events_;
   TablePicture picture_;
@@ -132,6 +156,14 @@ class PlayerClient final : public HouseClient {
   bool isWaiting_ = false;
   std::optional<Invitation> invitation_;
   bool isAccepting_ = false;  // the answer to the invitation is on its way
+  bool hasTable_ = false;     // on this connection
+
+  // Of the tournament.
+  bool isRegistered_ = false;
+  bool hasBegun_ = false;      // seats are drawn
+  bool isTourOver_ = false;    // for this player
+  bool asksForTable_ = false;  // and has not been answered
+  Later tellOver_;             // after the event that it comes of
 };
 
 }  // namespace poker::holdem

@@ -45,6 +45,14 @@ void addSeat(CLI::App& app, PlayerSettings& player) {
   addMoney(app, "--buy-in", player.buyIn, "what to bring; otherwise a hundred big blinds");
 }
 
+void addTournament(CLI::App& app, PlayerSettings& player) {
+  app.add_option("--tournament", player.tournamentID, "register for the tournament of this number, and play there")
+      ->check(CLI::Range(1u, UINT32_MAX).description(""))
+      ->excludes("--table")
+      ->type_name("N");
+  app.add_option("--tournament-password", player.tournamentPassword, "of a protected tournament")->type_name("TEXT");
+}
+
 CLI::Option* addMoney(CLI::App& app, const std::string& name, RealMoneyType& value, const std::string& help) {
   const auto assign = [&value, name](const std::string& text) {
     const std::optional<RealMoneyType> money = moneyFromText(text);

@@ -45,6 +45,8 @@ void addHouse(CLI::App& app, VisitorSettings& player, std::string& passwordFile)
 void addPlayer(CLI::App& app, PlayerOptions& options);
 /// The seat, and what to bring.
 void addSeat(CLI::App& app, PlayerSettings& player);
+/// The tournament that it registers for, in place of a table.
+void addTournament(CLI::App& app, PlayerSettings& player);
 /// An amount of chips above zero.
 CLI::Option* addMoney(CLI::App& app, const std::string& name, RealMoneyType& value, const std::string& help);
 

@@ -153,4 +153,13 @@ void TablePicture::apply(const SrvUserStateOnTable& command) {
   seat->state = command.state();
 }
 
+void TablePicture::apply(const SrvLevelSwitch& command) {
+  if (!command.isSwitching()) return;
+  const bool isFixed = state_.limitType == LimitType::FixedLimit;
+  // The big blind of fixed limit is the bet of the early rounds.
+  state_.bigBlind = state_.lowBet = isFixed ? command.getLowBet() : command.getHiBet();
+  state_.smallBlind = isFixed ? state_.bigBlind.half() : command.getLowBet();
+  state_.highBet = isFixed ? command.getHiBet() : RealMoneyType();
+}
+
 }  // namespace poker::holdem

@@ -32,6 +32,8 @@ class TablePicture {
   void apply(const SrvShowPlayerCards& command);
   void apply(const SrvTUShowDown& command);
   void apply(const SrvUserStateOnTable& command);
+  /// One that is only announced changes nothing.
+  void apply(const SrvLevelSwitch& command);
   void apply(const SrvSitOk& command) { state_.ownSeat = command.getSeatID(); }
 
  private:

@@ -29,6 +29,7 @@ Bot::Bot(asio::io_context& context, BotSettings settings, Ended ended)
       ended_(std::move(ended)),
       character_(settings_.style, settings_.seed),
       pause_(context),
+      tour_(settings_.player.tournamentID),
       client_(context, settings_.player, *this) {}
 
 void Bot::onTableState() {
@@ -39,16 +40,24 @@ void Bot::onTableState() {
   onSeated(seat->seatID);
 }
 
-void Bot::onSeated(SeatID) {
+void Bot::beReady() {
   if (!settings_.readyFile.empty()) std::ofstream(settings_.readyFile) << "ready\n";
-  if (settings_.postsBlinds) client_.send<ClActionInAdvance>(actionBit(UserAction::Post), kZeroMoney, true);
+}
+
+void Bot::onSeated(SeatID) {
+  beReady();
+  if (settings_.postsBlinds && !client_.isInTournament())
+    client_.send<ClActionInAdvance>(actionBit(UserAction::Post), kZeroMoney, true);
 }
 
 void Bot::onUnseated() { client_.leave(); }
 
 void Bot::onHandBegins() {
   const std::uint64_t number = client_.picture().state().handNumber;
-  if (number != 0 && number != hand_) ++hands_;
+  if (number != 0 && number != hand_) {
+    ++hands_;
+    if (settings_.followsTour) followTour();
+  }
   hand_ = number;
   decisions_ = 0;
   willFold_ = false;
@@ -72,6 +81,7 @@ Decision Bot::decide(const NextTurnOptions& options) const {
   situation.options = &options;
   situation.hand = hands_;
   situation.decision = decisions_;
+  situation.isTournament = client_.isInTournament();
   return character_.decide(situation);
 }
 
@@ -130,6 +140,14 @@ void Bot::onSeatChange(const SrvUserStateOnTable& command, const ClientSeatState
 }
 
 void Bot::onOutOfMoney(const OutOfMoney&) {
+  if (client_.isInTournament()) {
+    // Without one it is out as soon as the table has waited.
+    if (rebuysDone_ < settings_.rebuys) {
+      ++rebuysDone_;
+      client_.askForExtraMoney(ExtraMoneyRequest::Rebuy);
+    }
+    return;
+  }
   if (rebuysDone_ == settings_.rebuys) return client_.leave();
   ++rebuysDone_;
   const RealMoneyType most = client_.picture().state().maxBuyIn;
@@ -140,6 +158,40 @@ void Bot::onOutOfMoney(const OutOfMoney&) {
 void Bot::onWaitingOver(std::uint32_t) {
   // There will be no seat: the table is closed.
   if (client_.picture().ownSeat() == nullptr) client_.leave();
+}
+
+// A tournament
+
+void Bot::onLoggedOn() { asksForTour_ = asksForAddOn_ = false; }
+
+void Bot::onTourRegistration(const SrvTourRegisterResult&) {
+  if (client_.isRegistered()) beReady();
+}
+
+void Bot::followTour() {
+  // The server has one whole picture at a time on its way; a connection that is new may find another server there.
+  if (!std::exchange(asksForTour_, true)) {
+    tour_ = TourPicture(settings_.player.tournamentID);
+    client_.send<ClGetMultiInitializeInfo>(tour_.tournamentID());
+  } else if (tour_.isWhole()) {
+    tour_.askForChanges(client_);
+  }
+}
+
+void Bot::wantAddOn() {
+  // When there is one is the tournament's business: until then each request fails, and costs nothing.
+  if (!settings_.addsOn || hasAddedOn_ || isAddOnOver_ || !client_.isAtTable()) return;
+  if (!std::exchange(asksForAddOn_, true)) client_.askForExtraMoney(ExtraMoneyRequest::AddOn);
+}
+
+void Bot::onExtraMoney(const SrvGetExtraMoneyReply& reply) {
+  using Reason = SrvGetExtraMoneyReply::Reason;
+  if (reply.getType() != ExtraMoneyRequest::AddOn) return;
+  const bool isAnswer = std::exchange(asksForAddOn_, false);
+  hasAddedOn_ = hasAddedOn_ || reply.getReason() == Reason::Done;
+  isAddOnOver_ = reply.getReason() == Reason::TooLate || reply.getReason() == Reason::PrizeAwarded ||
+                 reply.getReason() == Reason::NotEnoughMoney;
+  if (!isAnswer && reply.showAddonBtn()) wantAddOn();
 }
 
 void Bot::onRefused(std::string_view why) {

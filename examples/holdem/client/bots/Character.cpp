@@ -33,6 +33,8 @@ struct Temper {
 constexpr Temper kTight = {7, 10, 45, 75, 12, 4};
 constexpr Temper kLoose = {4, 10, 38, 75, 6, 10};
 
+constexpr int kShort = 8;  // big blinds: with fewer left in a tournament, a hand is played for all of them
+
 constexpr Percent kSlowPlay = 15;  // of the turns with a hand to raise, those that only call
 
 enum class Wish { GiveUp, StayIn, Raise };
@@ -163,6 +165,18 @@ Wish wishBeforeFlop(const Situation& situation, RealMoneyType price, const Tempe
   return points >= std::min(temper.playsFrom + surcharge, kAces) ? Wish::StayIn : Wish::GiveUp;
 }
 
+bool isShort(const Situation& situation) {
+  return situation.isTournament && situation.board.size() < 3 && situation.stack < situation.bigBlind * kShort;
+}
+
+/// Whether the cards are good enough to go all-in with a short stack. The shorter it is, the more will do.
+bool pushes(const Situation& situation, RealMoneyType price, const Temper& temper) {
+  constexpr int kDearer = 4;  // points, when somebody has raised
+  const int points = startingPoints(situation.ownCards[0], situation.ownCards[1]);
+  const int needed = temper.playsFrom + (price > situation.bigBlind ? kDearer : 0);
+  return situation.bigBlind.scaled(std::int64_t{kShort} * points, 1) >= situation.stack.scaled(needed, 1);
+}
+
 Wish wishAfterFlop(const Situation& situation, RealMoneyType price, const Temper& temper, Random& random) {
   const Percent chance = chanceToWin(situation, random);
   const Percent equalShare = 100 / (std::int64_t{situation.opponents} + 1);
@@ -182,6 +196,9 @@ Decision decideByCards(const Situation& situation, const Turn& turn, const Tempe
   }
   if (situation.board.size() > 5) throw std::invalid_argument("more than five cards on the board");
   const RealMoneyType price = turn.price();
+  if (isShort(situation)) {
+    return pushes(situation, price, temper) ? turn.raise(situation.stack) : turn.exactly(turn.toGiveUp());
+  }
   Wish wish = situation.board.size() < 3 ? wishBeforeFlop(situation, price, temper)
                                          : wishAfterFlop(situation, price, temper, random);
   if (wish == Wish::Raise && happens(random, kSlowPlay)) {
@@ -201,6 +218,9 @@ Decision decideAtRandom(const Situation& situation, const Turn& turn, Random& ra
     UserAction action;
     unsigned weight;
   };
+  if (isShort(situation)) {
+    return drawBelow(random, 3) == 0 ? turn.raise(situation.stack) : turn.exactly(turn.toGiveUp());
+  }
   const bool free = turn.offers(UserAction::Check);
   const bool dear = turn.price() > situation.stack / 8;
   const unsigned folds = free ? 0 : dear ? 250 : 60;

@@ -35,6 +35,7 @@ struct Situation {
   const NextTurnOptions* options = nullptr;  ///< what is open, null for nothing
   std::uint64_t hand = 0;                    ///< the number of the hand
   unsigned decision = 0;                     ///< how many decisions this player has made in the hand
+  bool isTournament = false;                 ///< blinds grow: who has few of them left is all-in or out before the flop
 };
 
 /// One of the options.
