@@ -45,6 +45,12 @@ RealMoneyType TourTable::stackOf(AccountID account) {
   return seat != nullptr ? dealer_.stackOf(*seat) : kZeroMoney;
 }
 
+RealMoneyType TourTable::chips() {
+  RealMoneyType sum;
+  seats_.forEach([&](const Seat& seat) { sum += seat.stack; });
+  return sum;
+}
+
 bool TourTable::isInHand(AccountID account) {
   const Seat* seat = seats_.findAccount(account);
   return seat != nullptr && dealer_.playerOf(seat->id()) != nullptr;

@@ -52,6 +52,8 @@ class TourTable final : public Table {
 
   /// What the player has, without what it has bet in this hand.
   RealMoneyType stackOf(AccountID account);
+  /// What all of its players have; in a hand, what they began it with.
+  RealMoneyType chips();
   /// Whether the player is in a hand that is played.
   bool isInHand(AccountID account);
   /// Players whose connection looks at the table.

@@ -362,10 +362,6 @@ void Tournament::finish() {
   const auto last =
       std::find_if(players_.begin(), players_.end(), [](const auto& each) { return each.second.place == 0; });
   Player& winner = last->second;
-  if (winner.table->stackOf(winner.account.id) != chipsInPlay_) {
-    throw std::logic_error(fmt::format("tournament {}: {} has {} of {} chips", id_, winner.account.name,
-                                       winner.table->stackOf(winner.account.id).toString(), chipsInPlay_.toString()));
-  }
   makeFundFinal();
   givePlace(winner);
   std::vector<TourBank::Prize> results;
@@ -503,9 +499,19 @@ void Tournament::lookAtHand(OpenTable& open) {
       answer(player, ExtraMoneyRequest::AddOn, buy(player, ExtraMoneyRequest::AddOn, 1), hadChips);
     }
   }
+  checkChips();
   findBusts(open);
   open.played.reset();
   show(table);
+}
+
+/// @throws std::logic_error  chips are lost or came from nowhere
+void Tournament::checkChips() {
+  RealMoneyType chips;
+  for (OpenTable& open : tables_) chips += open.table->chips();
+  if (chips == chipsInPlay_) return;
+  throw std::logic_error(fmt::format("tournament {}: {} chips are at its tables, {} were handed out", id_,
+                                     chips.toString(), chipsInPlay_.toString()));
 }
 
 void Tournament::findBusts(OpenTable& open) {

@@ -173,6 +173,7 @@ class Tournament final : private TourTableHost {
   void callOff(const std::string& why);
 
   void lookAtHand(OpenTable& open);
+  void checkChips();
   void findBusts(OpenTable& open);
   bool eliminateOne(Clock::time_point now);
   void eliminate(const Bust& bust);
