@@ -234,6 +234,7 @@ TEST(Bank, BringsAnOlderFileUpToDate) {
   }
   SQLite::Database(file, SQLite::OPEN_READWRITE)
       .exec(
+          "DROP TABLE tournament_entry; DROP TABLE tournament; ALTER TABLE hand_player DROP COLUMN tournament;"
           "ALTER TABLE hand_player DROP COLUMN game; ALTER TABLE hand_player DROP COLUMN began;"
           "ALTER TABLE hand_player DROP COLUMN ended; PRAGMA user_version = 3");
   for (int opening = 0; opening < 2; ++opening) {

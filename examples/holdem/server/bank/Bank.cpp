@@ -119,9 +119,33 @@ constexpr const char* kTimesOfHands = R"sql(
   UPDATE hand_player SET ended = began;
 )sql";
 
+// What was paid for a tournament that is open is held for it; of one that was called off it has been paid back. Places and
+// prizes are known when a tournament has finished. A hand of no tournament has the number 0 there.
+constexpr const char* kTournaments = R"sql(
+  CREATE TABLE tournament(
+    id INTEGER PRIMARY KEY AUTOINCREMENT,
+    name TEXT NOT NULL,
+    state TEXT NOT NULL DEFAULT 'open' CHECK(state IN ('open', 'finished', 'called off')),
+    added INTEGER NOT NULL DEFAULT 0 CHECK(added >= 0)
+  ) STRICT;
+  CREATE TABLE tournament_entry(
+    tournament INTEGER NOT NULL REFERENCES tournament,
+    account INTEGER NOT NULL REFERENCES account,
+    fund INTEGER NOT NULL CHECK(fund >= 0),
+    fee INTEGER NOT NULL CHECK(fee >= 0),
+    place INTEGER CHECK(place > 0),
+    prize INTEGER NOT NULL DEFAULT 0 CHECK(prize >= 0),
+    PRIMARY KEY(tournament, account),
+    UNIQUE(tournament, place)
+  ) STRICT, WITHOUT ROWID;
+  CREATE INDEX tournament_won ON tournament_entry(account) WHERE place = 1;
+  ALTER TABLE hand_player ADD COLUMN tournament INTEGER NOT NULL DEFAULT 0;
+)sql";
+
 // Each step brings a bank to the next version, a new file to the newest. A step is never changed: there are banks that have
 // made it.
-constexpr const char* kSchemaSteps[] = {kMoneyAndHands, kMembersAndPromotions, kLobbyVersions, kTimesOfHands};
+constexpr const char* kSchemaSteps[] = {kMoneyAndHands, kMembersAndPromotions, kLobbyVersions, kTimesOfHands,
+                                        kTournaments};
 constexpr auto kSchemaVersion = static_cast<int>(std::size(kSchemaSteps));
 
 /// The file holds password hashes and addresses: when it is new, it is made for its owner alone. SQLite gives its
@@ -284,8 +308,13 @@ struct Bank::Store {
                       "SELECT name, issued, balance, coalesce(stack, 0), hands_played, hands_won "
                       "FROM account LEFT JOIN seat ON account = id ORDER BY balance + coalesce(stack, 0) DESC, name"};
   Statement audit{database,
-                  "SELECT coalesce(sum(issued), 0), coalesce(sum(balance), 0),"
-                  " (SELECT coalesce(sum(stack), 0) FROM seat), (SELECT rake FROM house) FROM account"};
+                  "SELECT coalesce(sum(issued), 0)"
+                  "  + (SELECT coalesce(sum(added), 0) FROM tournament WHERE state <> 'called off'),"
+                  " coalesce(sum(balance), 0), (SELECT coalesce(sum(stack), 0) FROM seat), (SELECT rake FROM house),"
+                  " (SELECT coalesce(sum(added), 0) FROM tournament WHERE state = 'open')"
+                  "  + (SELECT coalesce(sum(fund + fee), 0) FROM tournament_entry JOIN tournament ON id = tournament"
+                  "     WHERE state = 'open')"
+                  " FROM account"};
 };
 
 Bank::Bank(const BankSettings& settings) : passwordCost_(settings.passwordCost) {
@@ -465,7 +494,7 @@ Audit Bank::audit() {
   return guarded("adding up all money", [&] {
     Query sums(store_->audit);
     sums.next();
-    return Audit{sums.money(0), sums.money(1), sums.money(2), sums.money(3)};
+    return Audit{sums.money(0), sums.money(1), sums.money(2), sums.money(3), sums.money(4)};
   });
 }
 

@@ -39,13 +39,14 @@ struct SeatedPlayer {
 
 /// All money there is.
 struct Audit {
-  RealMoneyType issued;  ///< what the house has given out
+  RealMoneyType issued;  ///< what the house has given out, to players and to tournaments
   RealMoneyType balances;
   RealMoneyType stacks;
-  RealMoneyType rake;
+  RealMoneyType rake;         ///< with the fees of tournaments that have finished
+  RealMoneyType tournaments;  ///< what is held for those that are not over: their funds, and the fees
 
   /// Zero, or chips came from nowhere (below zero) or are lost.
-  RealMoneyType difference() const { return issued - balances - stacks - rake; }
+  RealMoneyType difference() const { return issued - balances - stacks - rake - tournaments; }
 };
 
 /// How a player stands.
