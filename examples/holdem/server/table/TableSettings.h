@@ -19,6 +19,7 @@ inline constexpr std::size_t kLongestTableName = 40;
 /// What a table plays, and its manners.
 struct TableSettings {
   std::uint32_t gameID = 1;
+  std::uint32_t tournamentID = 0;  ///< 0: a ring game
   std::string name = "Table 1";
   std::string password;   ///< empty: everybody may look
   std::size_t seats = 9;  ///< 2 to kMaxSeats
