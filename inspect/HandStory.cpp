@@ -170,9 +170,10 @@ class Writer {
   void head() {
     const bool fixed = story_.limit == LimitType::FixedLimit;
     const std::string time = textOf(story_.began);
-    line("Hand #", std::to_string(story_.number), ", ", textOf(story_.game), ' ', textOf(story_.limit), " (",
-         textOf(fixed ? story_.lowBet : story_.smallBlind), '/', textOf(fixed ? story_.highBet : story_.bigBlind), ')',
-         time.empty() ? "" : ", ", time);
+    add("Hand #", std::to_string(story_.number), ", ");
+    if (story_.tournament != 0) add("Tournament ", std::to_string(story_.tournament), ", ");
+    line(textOf(story_.game), ' ', textOf(story_.limit), " (", textOf(fixed ? story_.lowBet : story_.smallBlind), '/',
+         textOf(fixed ? story_.highBet : story_.bigBlind), ')', time.empty() ? "" : ", ", time);
     add("Table ", quoted(story_.table));
     if (story_.seats != 0) add(", ", std::to_string(story_.seats), " seats");
     if (story_.button.isValid()) add(", the button is seat ", std::to_string(story_.button.value()));

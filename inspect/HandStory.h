@@ -46,8 +46,9 @@ struct HandStory {
   };
 
   std::uint64_t number = 0;
-  std::string table;      ///< any bytes
-  std::size_t seats = 0;  ///< that the table has; 0: not known
+  std::uint32_t tournament = 0;  ///< 0: a ring game
+  std::string table;             ///< any bytes
+  std::size_t seats = 0;         ///< that the table has; 0: not known
   GameType game = GameType::TexasHoldem;
   LimitType limit = LimitType::NoLimit;
   RealMoneyType smallBlind;

@@ -1,7 +1,7 @@
 #include "TempFolder.h"
 
 #include <SQLiteCpp/SQLiteCpp.h>
-#include <examples/holdem/server/bank/Bank.h>
+#include <examples/holdem/server/bank/TourBank.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -157,6 +157,55 @@ TEST(Bank, RefusesHandsThatDoNotHold) {
   EXPECT_EQ(bank.handsOf(anna, 1), (std::vector<std::uint64_t>{9}));
 }
 
+// Its chips are no money: whoever plays there may sit at a table, too, and keeps that stack.
+TEST(Bank, KeepsHandsOfTournamentsApartFromMoney) {
+  Bank bank(settings());
+  TourBank tours(bank);
+  const AccountID anna = bank.openAccount("Anna", "secret", "", cents(900)).value();
+  const AccountID bert = bank.openAccount("Bert", "secret", "", cents(900)).value();
+  const AccountID carl = bank.openAccount("Carl", "secret", "", cents(900)).value();
+  const std::uint32_t tour = tours.open("Sunday"), other = tours.open("Monday");
+  for (const AccountID player : {anna, bert}) ASSERT_TRUE(tours.enter(tour, player, cents(100), cents(10)));
+  ASSERT_TRUE(tours.enter(other, carl, cents(100), cents(10)));
+  ASSERT_TRUE(bank.sitDown(anna, 1, 0, cents(700)));
+  const auto hand = [&](std::uint64_t number, std::vector<FinishedHand::Player> players, std::uint32_t tournament) {
+    return FinishedHand{9, number, "the record", std::move(players), kZeroMoney, {}, {}, tournament};
+  };
+  bank.finishHand({1, 1, "", {{anna, cents(700), cents(700), true}}, kZeroMoney});
+  bank.finishHand(hand(2, {{anna, cents(1500), cents(3000), true}, {bert, cents(1500), {}, false}}, tour));
+  bank.finishHand(hand(3, {{carl, cents(1500), cents(1500), true}}, other));
+  const auto standings = bank.standings();
+  EXPECT_EQ(standings.front(), (Standing{"Anna", cents(900), cents(90), cents(700), 2, 2}));
+  EXPECT_EQ(bank.audit().difference(), kZeroMoney);
+  EXPECT_EQ(bank.handRecord(2, bert), "the record");
+  HandFilter filter;
+  for (const auto& [tournament, hands] :
+       {std::pair(0u, std::vector<std::uint64_t>{1}), {tour, {2}}, {other, {}}, {99u, {}}}) {
+    filter.tournament = tournament;
+    EXPECT_EQ(bank.handsOf(anna, 10, filter), hands) << tournament;
+  }
+
+  FinishedHand raked = hand(4, {{anna, cents(1500), cents(1490), true}}, tour);
+  raked.rake = cents(10);
+  const std::pair<const char*, FinishedHand> bad[] = {
+      {"a chip appears", hand(4, {{anna, cents(1500), cents(1501), true}}, tour)},
+      {"a stack below zero",
+       hand(4, {{anna, cents(500), cents(900), true}, {bert, cents(300), cents(-100), false}}, tour)},
+      {"a rake", raked},
+      {"plays in another one", hand(4, {{carl, cents(1500), cents(1500), true}}, tour)},
+      {"no such tournament", hand(4, {{anna, cents(1500), cents(1500), true}}, 99)},
+      {"named twice", hand(4, {{anna, cents(10), cents(10), true}, {anna, cents(10), cents(10), true}}, tour)},
+      {"the number again", hand(3, {{anna, cents(1500), cents(1500), true}}, tour)},
+  };
+  for (const auto& [what, booking] : bad) {
+    EXPECT_THROW(bank.finishHand(booking), BankError) << what;
+    EXPECT_EQ(bank.standings(), standings) << what;
+    EXPECT_EQ(bank.lastHandNumber(), 3u) << what;
+  }
+  tours.callOff(tour);
+  EXPECT_THROW(bank.finishHand(hand(4, {{anna, cents(1500), cents(1500), true}}, tour)), BankError) << "it is over";
+}
+
 TEST(Bank, KnowsItsPlayersByNameAndPassword) {
   const TempFolder folder;
   const std::string file = folder.file("bank");
@@ -234,6 +283,7 @@ TEST(Bank, BringsAnOlderFileUpToDate) {
   }
   SQLite::Database(file, SQLite::OPEN_READWRITE)
       .exec(
+          "DROP TABLE tournament_entry; DROP TABLE tournament; ALTER TABLE hand_player DROP COLUMN tournament;"
           "ALTER TABLE hand_player DROP COLUMN game; ALTER TABLE hand_player DROP COLUMN began;"
           "ALTER TABLE hand_player DROP COLUMN ended; PRAGMA user_version = 3");
   for (int opening = 0; opening < 2; ++opening) {

@@ -1,6 +1,7 @@
 #include "Place.h"
 
 #include <examples/holdem/game/CardText.h>
+#include <examples/holdem/server/bank/TourBank.h>
 #include <examples/holdem/server/history/HandHistory.h>
 #include <examples/holdem/server/history/RecordStory.h>
 #include <hostkit/Decode.h>
@@ -270,6 +271,29 @@ TEST(HandHistory, TellsAWinnerWhoNeedNotShow) {
   }
 }
 
+TEST(HandHistory, NamesTheTournamentOfAHand) {
+  Played hand;
+  Bank bank({":memory:", 1});
+  TourBank tours(bank);
+  const std::uint32_t tour = hand.table.tournamentID = tours.open("Sunday");
+  hand.button = hand.smallBlind = 1;
+  hand.bigBlind = 0;
+  const std::string record =
+      hand.record({{0, "Bob", 20000, "9c9d"}, {1, "Ann", 20000, "AhKh"}}, "2c7dTh2s5s", {{kFold, 0}});
+  const Account ann{*bank.openAccount("Ann", "secret", "", kZeroMoney), "Ann", kZeroMoney};
+  const Account bob{*bank.openAccount("Bob", "secret", "", kZeroMoney), "Bob", kZeroMoney};
+  ASSERT_TRUE(tours.enter(tour, ann.id, kZeroMoney, kZeroMoney));
+  bank.finishHand({1, 17, record, {{ann.id, cents(20000), cents(20000), false}}, kZeroMoney, {}, {}, tour});
+
+  HandHistory history(bank, *Log::getLog("test", LogCategory::Network));
+  const StringVector texts = history.latestOf(ann, tour);
+  ASSERT_EQ(texts.size(), 1u);
+  EXPECT_THAT(texts[0], testing::StartsWith("Hand #17, Tournament 1, Hold'em No Limit (1.00/2.00), 2026-11-18"));
+  EXPECT_EQ(history.textOf(ann, 17), texts);
+  EXPECT_EQ(history.latestOf(bob, tour).size(), 0u);
+  EXPECT_EQ(history.latestOf(ann, tour + 1).size(), 0u);
+}
+
 // Hands of bots
 
 /// The amount that the text begins with.
@@ -492,8 +516,9 @@ TEST(HandHistory, TellsEachPlayerOfTheHandsThatItPlayedAndOfNoCardThatItDidNotSe
   client.send<ClGetHandHistory>(true, 1u, false);
   client.send<ClGetHandHistory>(true, 2u, false);
   client.send<ClGetHandHistory>(true, 1u, true);
-  ASSERT_TRUE(place.runUntil([&] { return answers.size() == 8; }));
-  ASSERT_EQ(answers.texts.size(), 5u);
+  client.send<ClGetHandHistory>(true, 0u, true);  // which is what the bank keeps for ring games
+  ASSERT_TRUE(place.runUntil([&] { return answers.size() == 9; }));
+  ASSERT_EQ(answers.texts.size(), 6u);
   const StringVector& latest = answers.texts[0];
   EXPECT_GT(latest.size(), 30u);
   EXPECT_LE(latest.size(), HandHistory::kMostTexts);
@@ -509,7 +534,7 @@ TEST(HandHistory, TellsEachPlayerOfTheHandsThatItPlayedAndOfNoCardThatItDidNotSe
   EXPECT_EQ(answers.numbers[2], Numbers());
   EXPECT_EQ(answers.texts[1], history.textOf(player, own.back()));
   EXPECT_GT(answers.texts[2].size(), 30u);
-  EXPECT_EQ(answers.texts[3].size() + answers.texts[4].size(), 0u);
+  EXPECT_EQ(answers.texts[3].size() + answers.texts[4].size() + answers.texts[5].size(), 0u);
 }
 
 // The filter

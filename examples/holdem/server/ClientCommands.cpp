@@ -199,12 +199,11 @@ void ClientCommands::onClGetHighHand(Results& results, ClGetHighHand& request) {
 void ClientCommands::onClGetHandHistory(Results& results, const ClGetHandHistory& request) {
   house_.forPlayer(request.getConnID(), [&](const Account& player) {
     HandHistory& history = house_.history();
-    StringVector texts;  // none of a tournament: there is none with that number
-    if (!request.isTourRequiest()) {
-      texts = request.isGameData() ? history.latestAt(player, request.getData())
-                                   : history.textOf(player, request.getData());
-    }
-    answer<SrvRplHandHistory>(results, request, texts);
+    const std::uint32_t number = request.getData();
+    answer<SrvRplHandHistory>(results, request,
+                              request.isTourRequiest() ? history.latestOf(player, number)
+                              : request.isGameData()   ? history.latestAt(player, number)
+                                                       : history.textOf(player, number));
   });
 }
 

@@ -244,8 +244,9 @@ bool House::report() {
             total.toString(), (total - standing.issued).toString(), standing.handsPlayed, standing.handsWon);
   }
   const Audit audit = bank_.audit();
-  logLine(log, 0, "audit issued={} balances={} stacks={} rake={} difference={}", audit.issued.toString(),
-          audit.balances.toString(), audit.stacks.toString(), audit.rake.toString(), audit.difference().toString());
+  logLine(log, 0, "audit issued={} balances={} stacks={} rake={} tournaments={} difference={}", audit.issued.toString(),
+          audit.balances.toString(), audit.stacks.toString(), audit.rake.toString(), audit.tournaments.toString(),
+          audit.difference().toString());
   return audit.difference() == kZeroMoney;
 }
 

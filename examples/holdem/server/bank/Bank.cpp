@@ -119,9 +119,33 @@ constexpr const char* kTimesOfHands = R"sql(
   UPDATE hand_player SET ended = began;
 )sql";
 
+// What was paid for a tournament that is open is held for it; of one that was called off it has been paid back. Places and
+// prizes are known when a tournament has finished. A hand of no tournament has the number 0 there.
+constexpr const char* kTournaments = R"sql(
+  CREATE TABLE tournament(
+    id INTEGER PRIMARY KEY AUTOINCREMENT,
+    name TEXT NOT NULL,
+    state TEXT NOT NULL DEFAULT 'open' CHECK(state IN ('open', 'finished', 'called off')),
+    added INTEGER NOT NULL DEFAULT 0 CHECK(added >= 0)
+  ) STRICT;
+  CREATE TABLE tournament_entry(
+    tournament INTEGER NOT NULL REFERENCES tournament,
+    account INTEGER NOT NULL REFERENCES account,
+    fund INTEGER NOT NULL CHECK(fund >= 0),
+    fee INTEGER NOT NULL CHECK(fee >= 0),
+    place INTEGER CHECK(place > 0),
+    prize INTEGER NOT NULL DEFAULT 0 CHECK(prize >= 0),
+    PRIMARY KEY(tournament, account),
+    UNIQUE(tournament, place)
+  ) STRICT, WITHOUT ROWID;
+  CREATE INDEX tournament_won ON tournament_entry(account) WHERE place = 1;
+  ALTER TABLE hand_player ADD COLUMN tournament INTEGER NOT NULL DEFAULT 0;
+)sql";
+
 // Each step brings a bank to the next version, a new file to the newest. A step is never changed: there are banks that have
 // made it.
-constexpr const char* kSchemaSteps[] = {kMoneyAndHands, kMembersAndPromotions, kLobbyVersions, kTimesOfHands};
+constexpr const char* kSchemaSteps[] = {kMoneyAndHands, kMembersAndPromotions, kLobbyVersions, kTimesOfHands,
+                                        kTournaments};
 constexpr auto kSchemaVersion = static_cast<int>(std::size(kSchemaSteps));
 
 /// The file holds password hashes and addresses: when it is new, it is made for its owner alone. SQLite gives its
@@ -237,6 +261,24 @@ struct Bank::Store {
   /// Takes hold with commit(); otherwise nothing has been changed.
   SQLite::Transaction begin() { return SQLite::Transaction(database, SQLite::TransactionBehavior::IMMEDIATE); }
 
+  void changeStackOf(const FinishedHand::Player& player, const FinishedHand& hand) {
+    if (Query(changeStack, player.account, hand.game, player.before, player.after).run() == 0) {
+      throw BankError(fmt::format("hand {} of game {}: account {} does not sit there with {}", hand.number, hand.game,
+                                  sqlValue(player.account), player.before.toString()));
+    }
+  }
+  /// Nothing of a tournament's stacks is kept here, so there is no more to check than this.
+  void checkChipsOf(const FinishedHand::Player& player, const FinishedHand& hand) {
+    if (player.before < kZeroMoney || player.after < kZeroMoney || hand.rake != kZeroMoney) {
+      throw BankError(fmt::format("hand {} of tournament {}: a stack is below zero, or there is a rake", hand.number,
+                                  hand.tournament));
+    }
+    if (!Query(hasEntered, hand.tournament, player.account).next()) {
+      throw BankError(fmt::format("hand {} of tournament {}: account {} does not play there", hand.number,
+                                  hand.tournament, sqlValue(player.account)));
+    }
+  }
+
   SQLite::Database database;
 
   Statement openAccount{database,
@@ -261,9 +303,13 @@ struct Bank::Store {
       "SELECT account, name, seat, stack FROM seat JOIN account ON id = account WHERE game = ?1 ORDER BY seat"};
 
   Statement addHand{database, "INSERT INTO hand(number, game, rake, record) VALUES(?1, ?2, ?3, ?4)"};
-  Statement addHandOf{database,
-                      "INSERT INTO hand_player(account, hand, game, began, ended) VALUES(?1, ?2, ?3, ?4, ?5)"};
+  Statement addHandOf{
+      database,
+      "INSERT INTO hand_player(account, hand, game, began, ended, tournament) VALUES(?1, ?2, ?3, ?4, ?5, ?6)"};
   Statement changeStack{database, "UPDATE seat SET stack = ?4 WHERE account = ?1 AND game = ?2 AND stack = ?3"};
+  Statement hasEntered{database,
+                       "SELECT 1 FROM tournament_entry JOIN tournament ON id = tournament"
+                       " WHERE tournament = ?1 AND account = ?2 AND state = 'open'"};
   Statement countHand{database,
                       "UPDATE account SET hands_played = hands_played + 1, hands_won = hands_won + ?2 WHERE id = ?1"};
   Statement addRake{database, "UPDATE house SET rake = rake + ?1"};
@@ -277,6 +323,7 @@ struct Bank::Store {
                     " AND (?2 IS NULL OR game = ?2) AND (?3 IS NULL OR began >= ?3) AND (?4 IS NULL OR began <= ?4)"
                     " AND (?5 IS NULL OR EXISTS"
                     "  (SELECT 1 FROM hand_player AS other WHERE other.account = ?5 AND other.hand = own.hand))"
+                    " AND (?6 IS NULL OR tournament = ?6)"
                     " ORDER BY hand DESC"};
   Statement handsPlayed{database, "SELECT hands_played FROM account WHERE id = ?1"};
 
@@ -284,8 +331,13 @@ struct Bank::Store {
                       "SELECT name, issued, balance, coalesce(stack, 0), hands_played, hands_won "
                       "FROM account LEFT JOIN seat ON account = id ORDER BY balance + coalesce(stack, 0) DESC, name"};
   Statement audit{database,
-                  "SELECT coalesce(sum(issued), 0), coalesce(sum(balance), 0),"
-                  " (SELECT coalesce(sum(stack), 0) FROM seat), (SELECT rake FROM house) FROM account"};
+                  "SELECT coalesce(sum(issued), 0)"
+                  "  + (SELECT coalesce(sum(added), 0) FROM tournament WHERE state <> 'called off'),"
+                  " coalesce(sum(balance), 0), (SELECT coalesce(sum(stack), 0) FROM seat), (SELECT rake FROM house),"
+                  " (SELECT coalesce(sum(added), 0) FROM tournament WHERE state = 'open')"
+                  "  + (SELECT coalesce(sum(fund + fee), 0) FROM tournament_entry JOIN tournament ON id = tournament"
+                  "     WHERE state = 'open')"
+                  " FROM account"};
 };
 
 Bank::Bank(const BankSettings& settings) : passwordCost_(settings.passwordCost) {
@@ -382,12 +434,13 @@ void Bank::finishHand(const FinishedHand& hand, const std::function<void()>& als
     SQLite::Transaction transaction = store_->begin();
     Query(store_->addHand, hand.number, hand.game, hand.rake, hand.record).run();
     for (const FinishedHand::Player& player : hand.players) {
-      if (Query(store_->changeStack, player.account, hand.game, player.before, player.after).run() == 0) {
-        throw BankError(fmt::format("hand {} of game {}: account {} does not sit there with {}", hand.number, hand.game,
-                                    sqlValue(player.account), player.before.toString()));
+      if (hand.tournament == 0) {
+        store_->changeStackOf(player, hand);
+      } else {
+        store_->checkChipsOf(player, hand);
       }
       Query(store_->countHand, player.account, player.won).run();
-      Query(store_->addHandOf, player.account, hand.number, hand.game, hand.began, hand.ended).run();
+      Query(store_->addHandOf, player.account, hand.number, hand.game, hand.began, hand.ended, hand.tournament).run();
     }
     Query(store_->addRake, hand.rake).run();
     if (alsoWrite) alsoWrite();
@@ -465,7 +518,7 @@ Audit Bank::audit() {
   return guarded("adding up all money", [&] {
     Query sums(store_->audit);
     sums.next();
-    return Audit{sums.money(0), sums.money(1), sums.money(2), sums.money(3)};
+    return Audit{sums.money(0), sums.money(1), sums.money(2), sums.money(3), sums.money(4)};
   });
 }
 
@@ -502,7 +555,7 @@ std::vector<std::uint64_t> Bank::handsOf(AccountID account, std::size_t most, co
       // Whose hands we walk through and whose we look up makes no difference but in time.
       if (handsPlayed(*other) < handsPlayed(account)) std::swap(*other, account);
     }
-    Query row(store_->handsOf, account, filter.game, filter.from, filter.to, other);
+    Query row(store_->handsOf, account, filter.game, filter.from, filter.to, other, filter.tournament);
     while (numbers.size() < most && row.next()) {
       if (playedAt && !playedAt->meets(row.time(1), row.time(2))) continue;
       numbers.push_back(static_cast<std::uint64_t>(row.number(0)));

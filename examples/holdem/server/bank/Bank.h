@@ -39,13 +39,14 @@ struct SeatedPlayer {
 
 /// All money there is.
 struct Audit {
-  RealMoneyType issued;  ///< what the house has given out
+  RealMoneyType issued;  ///< what the house has given out, to players and to tournaments
   RealMoneyType balances;
   RealMoneyType stacks;
-  RealMoneyType rake;
+  RealMoneyType rake;         ///< with the fees of tournaments that have finished
+  RealMoneyType tournaments;  ///< what is held for those that are not over: their funds, and the fees
 
   /// Zero, or chips came from nowhere (below zero) or are lost.
-  RealMoneyType difference() const { return issued - balances - stacks - rake; }
+  RealMoneyType difference() const { return issued - balances - stacks - rake - tournaments; }
 };
 
 /// How a player stands.
@@ -75,7 +76,7 @@ struct Gifts {
 struct FinishedHand {
   struct Player {
     AccountID account;
-    RealMoneyType before;  ///< the stack when the hand began
+    RealMoneyType before;  ///< the stack when the hand began; of a tournament's hand chips, which are no money
     RealMoneyType after;
     bool won;
   };
@@ -99,6 +100,7 @@ struct HandFilter {
   };
 
   std::optional<std::uint32_t> game;
+  std::optional<std::uint32_t> tournament;    ///< 0: ring games alone
   std::optional<std::string> opponent;        ///< played the hand, too; the name, in upper or lower case
   std::optional<Time> from;                   ///< the hand began then or later
   std::optional<Time> to;                     ///< the hand began then or earlier
@@ -160,10 +162,12 @@ class Bank {
   /// @throws BankError  the account has no seat
   RealMoneyType standUp(AccountID account);
 
+  /// A tournament's hand changes no stack here: its chips stand on no seat of the bank, and are not counted.
   /// @param alsoWrite  called in the same transaction when the hand is written, for what belongs to it: it happens with
   ///                   the hand or not at all. What it throws passes through
   /// @throws BankError  chips would appear or vanish, a stack is not what `before` says, a stack or the rake would be below
-  ///                    zero, a player is named twice or does not sit in that game, or the number was used
+  ///                    zero, a player is named twice or does not sit in that game, or the number was used. Of a
+  ///                    tournament's hand, too: it has a rake, a player has not entered, or the tournament is over
   void finishHand(const FinishedHand& hand, const std::function<void()>& alsoWrite = {});
 
   /// Adds money that the house gives to the account, and to what the house has given out. Is part of the caller's

@@ -20,18 +20,18 @@ class TourBank {
  public:
   struct Prize {
     AccountID account;
-    std::uint32_t place;  ///< from 1
-    RealMoneyType amount;
+    std::uint32_t place;   ///< from 1, the winner's
+    RealMoneyType amount;  ///< may be zero
   };
 
-  /// Pays back what was paid for tournaments that an earlier server has left unfinished.
+  /// Calls off the tournaments that an earlier server has left unfinished, and logs them.
   /// @param bank  must outlive this object
   explicit TourBank(Bank& bank);
   ~TourBank();
 
   /// @return its number, which no other one ever has
   std::uint32_t open(const std::string& name);
-  /// Takes buy-in and fee from the account.
+  /// Takes buy-in and fee, either may be zero, from the account.
   /// @return false when the account does not have them
   /// @throws BankError  the account is in it already
   bool enter(std::uint32_t tournament, AccountID account, RealMoneyType buyIn, RealMoneyType fee);
@@ -45,11 +45,12 @@ class TourBank {
   /// The house adds to the fund.
   /// @param amount  above zero; counts as given out by the house
   void addToFund(std::uint32_t tournament, RealMoneyType amount);
+  /// Buy-ins, re-buys, add-ons and what the house has added, without the fees.
   RealMoneyType fund(std::uint32_t tournament);
 
   /// The tournament is over: pays the prizes, keeps the places, and books the fees as the house's.
-  /// @param results  every account that is in it, each with a place of its own; what they win is the fund together
-  /// @throws BankError  they are not so
+  /// @param results  every account that is in it, the places from 1 on, each once; what they win is the fund together
+  /// @throws BankError  they are not so; the tournament is open still
   void finish(std::uint32_t tournament, const std::vector<Prize>& results);
   /// It is called off: pays everything back, and takes back what the house added.
   void callOff(std::uint32_t tournament);
@@ -59,7 +60,6 @@ class TourBank {
  private:
   struct Store;
 
-  Bank& bank_;
   std::unique_ptr<Store> store_;
 };
 

@@ -78,6 +78,13 @@ StringVector HandHistory::latestAt(const Account& player, std::uint32_t game) {
   return write(player, bank_.handsOf(player.id, kMostTexts, filter));
 }
 
+StringVector HandHistory::latestOf(const Account& player, std::uint32_t tournament) {
+  if (tournament == 0) return {};  // ring games have that one
+  HandFilter filter;
+  filter.tournament = tournament;
+  return write(player, bank_.handsOf(player.id, kMostTexts, filter));
+}
+
 StringVector HandHistory::write(const Account& player, const std::vector<std::uint64_t>& newestFirst) {
   StringVector texts;
   std::size_t bytes = 0;

@@ -33,6 +33,8 @@ class HandHistory {
   StringVector textOf(const Account& player, std::uint64_t number);
   /// The texts of the latest hands at one table.
   StringVector latestAt(const Account& player, std::uint32_t game);
+  /// The texts of the latest hands of one tournament, at all of its tables.
+  StringVector latestOf(const Account& player, std::uint32_t tournament);
 
  private:
   /// @param newestFirst  of the player

@@ -44,6 +44,7 @@ class Reader {
  private:
   void readHead() {
     story_.number = record_.at("hand").get<std::uint64_t>();
+    story_.tournament = record_.value("tournament", std::uint32_t{0});
     story_.table = record_.at("table").get<std::string>();
     story_.seats = record_.value("seats", std::size_t{0});
     story_.game = GameType::TexasHoldem;

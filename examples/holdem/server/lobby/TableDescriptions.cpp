@@ -47,7 +47,7 @@ void describe(RingTable& table, const WaitLists& waiting, ServerTableEntry& line
   line.maxBuyIn = base.maxBuyIn;
   line.flags = static_cast<std::uint8_t>((settings.password.empty() ? 0 : ServerTableEntry::PasswordProtected) |
                                          (table.isClosed() ? ServerTableEntry::Closing : 0));
-  line.tournamentID = 0;
+  line.tournamentID = settings.tournamentID;
   line.skin.clear();
   line.handNumber = table.handNumber();
   line.players = fitted<std::uint16_t>(table.players());
@@ -61,7 +61,7 @@ void describe(RingTable& table, const WaitLists& waiting, ServerTableEntry& line
 void describe(RingTable& table, const WaitLists& waiting, TableInfoDetailed& details) {
   const TableSettings& settings = table.settings();
   describe(settings, details);
-  details.tournamentID = 0;
+  details.tournamentID = settings.tournamentID;
   details.passwordProtected = !settings.password.empty();
   details.handNumber = table.handNumber();
   details.averagePot = table.statistics().averagePot();

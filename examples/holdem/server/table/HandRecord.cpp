@@ -41,23 +41,24 @@ std::string HandRecord::toJson(const TableSettings& table, const Hand& hand, Sea
     wins.push_back(
         {{"pot", win.pot}, {"seat", hand.players()[win.player].seat.value()}, {"amount", win.amount.hundredths()}});
   }
-  const Json record = {{"hand", number_},
-                       {"game", table.gameID},
-                       {"table", table.name},
-                       {"seats", table.seats},
-                       {"limit", table.stakes.limit == LimitType::FixedLimit ? "fixed-limit" : "no-limit"},
-                       {"smallBlind", table.stakes.smallBlind.hundredths()},
-                       {"bigBlind", table.stakes.bigBlind.hundredths()},
-                       {"began", began().time_since_epoch().count()},
-                       {"ended", ended().time_since_epoch().count()},
-                       {"button", hand.plan().button.value()},
-                       {"board", toText(hand.board())},
-                       {"rake", hand.pots().rake().hundredths()},
-                       {"pots", std::move(pots)},
-                       {"players", std::move(players)},
-                       {"actions", std::move(actions)},
-                       {"finalists", std::move(finalists)},
-                       {"wins", std::move(wins)}};
+  Json record = {{"hand", number_},
+                 {"game", table.gameID},
+                 {"table", table.name},
+                 {"seats", table.seats},
+                 {"limit", table.stakes.limit == LimitType::FixedLimit ? "fixed-limit" : "no-limit"},
+                 {"smallBlind", table.stakes.smallBlind.hundredths()},
+                 {"bigBlind", table.stakes.bigBlind.hundredths()},
+                 {"began", began().time_since_epoch().count()},
+                 {"ended", ended().time_since_epoch().count()},
+                 {"button", hand.plan().button.value()},
+                 {"board", toText(hand.board())},
+                 {"rake", hand.pots().rake().hundredths()},
+                 {"pots", std::move(pots)},
+                 {"players", std::move(players)},
+                 {"actions", std::move(actions)},
+                 {"finalists", std::move(finalists)},
+                 {"wins", std::move(wins)}};
+  if (table.tournamentID != 0) record["tournament"] = table.tournamentID;
   return record.dump();
 }
 

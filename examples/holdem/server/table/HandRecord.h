@@ -24,8 +24,8 @@ namespace poker::holdem {
 ///      "finalists": [2, 1], "wins": [{"pot": 0, "seat": 1, "amount": 2850}]}
 ///
 /// Actions carry the codes of UserAction; NoAction gives an uncalled amount back. A Post tells what of it was dead. Streets
-/// count from 0. Finalists are those who were in to the end, the first one to show first. Records of the first version of
-/// the bank have no seats, ended, dead, finalists and wins.
+/// count from 0. Finalists are those who were in to the end, the first one to show first. A hand of a tournament has
+/// "tournament", its number, too. Records of the first version of the bank have no seats, ended, dead, finalists and wins.
 class HandRecord {
  public:
   /// Forgets the last hand.
