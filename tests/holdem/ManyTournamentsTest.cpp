@@ -26,7 +26,9 @@ constexpr unsigned kTournamentsEach = 10;
 /// Another kind of tournament for each seed.
 TourSettings tourOf(unsigned seed) {
   std::mt19937 random(seed);
-  const auto oneOf = [&](unsigned first, unsigned last) { return first + random() % (last - first + 1); };
+  const auto oneOf = [&](unsigned first, unsigned last) {
+    return first + static_cast<unsigned>(random()) % (last - first + 1);
+  };
   TourSettings tour;
   tour.name = "Tournament " + std::to_string(seed);
   tour.limit = oneOf(0, 3) == 0 ? LimitType::FixedLimit : LimitType::NoLimit;
