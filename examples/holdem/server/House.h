@@ -10,6 +10,7 @@
 #include <examples/holdem/server/members/Members.h>
 #include <examples/holdem/server/promotions/HighHands.h>
 #include <examples/holdem/server/table/Table.h>
+#include <examples/holdem/server/tournament/TourSettings.h>
 #include <hostkit/ConnectionTable.h>
 #include <hostkit/SessionState.h>
 
@@ -32,6 +33,8 @@ struct HouseSettings {
   RealMoneyType gift = RealMoneyType::fromUnits(1000);  ///< what a new account begins with
   HighHandSettings highHand;
   std::vector<TableSettings> tables;  ///< at most kMostTables, each with a number of its own, which is not 0
+  std::vector<TourSettings> tournaments;
+  unsigned mostTournaments = 3;                                     ///< that a player may be in at once
   std::chrono::milliseconds inviteTime = std::chrono::seconds(30);  ///< that a seat is held for who waited for it
   std::string news;                                                 ///< for the lobby; may be empty
 };
