@@ -175,7 +175,8 @@ TEST(TourBank, RefusesResultsThatDoNotHold) {
       {{}, "has no place"},
   };
   for (const auto& [results, why] : bad) {
-    EXPECT_THAT([&] { tours.finish(tour, results); }, ThrowsMessage<BankError>(HasSubstr(why)));
+    const auto finish = [&, &wrong = results] { tours.finish(tour, wrong); };
+    EXPECT_THAT(finish, ThrowsMessage<BankError>(HasSubstr(why)));
     EXPECT_EQ(bank.standings(), standings) << why;
     EXPECT_EQ(bank.audit().tournaments, cents(1650)) << why;
     EXPECT_EQ(tours.wins(ann), 0u) << why;

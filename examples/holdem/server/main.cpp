@@ -4,6 +4,7 @@
 #include <LogUtil/Log.h>
 #include <examples/holdem/server/Server.h>
 #include <examples/holdem/server/TableText.h>
+#include <examples/holdem/server/tournament/TourText.h>
 #include <examples/holdem/shared/MoneyText.h>
 #include <examples/holdem/shared/Options.h>
 
@@ -92,11 +93,12 @@ CLI::Option* addMoney(CLI::App& app, const std::string& name, RealMoneyType& val
       ->type_name("MONEY");
 }
 
-/// What all tables have in common, and those that are of another kind.
+/// What all tables have in common, those that are of another kind, and tournaments.
 struct TableOptions {
   TableSettings table;
   unsigned tables = 1;
   std::vector<std::string> others;
+  std::vector<std::string> tournaments;
   CLI::Option* tablesGiven = nullptr;
   std::uint64_t seed = 0;
   double rakePercent = 5;
@@ -107,13 +109,23 @@ struct TableOptions {
                                                              {"fixed-limit", LimitType::FixedLimit}};
     table.stakes.rake.cap = RealMoneyType::fromUnits(3);
     tablesGiven = app.add_option("--tables", tables, "how many of the kind that the options below tell")
-                      ->check(CLI::Range(1u, static_cast<unsigned>(kMostTables)).description(""))
+                      ->check(CLI::Range(0u, static_cast<unsigned>(kMostTables)).description(""))
                       ->capture_default_str();
     app.add_option(
            "--table", others,
            "one of another kind, as often as wanted: \"name=River,game=fixed-limit,blinds=1/2,seats=6,"
            "buy-in=40/200,password=x\"; what is not said there is as the options below tell. Without --tables there "
            "are only these then")
+        ->allow_extra_args(false)
+        ->type_name("KEY=VALUE,...");
+    app.add_option(
+           "--tournament", tournaments,
+           "one that is announced, as often as wanted: \"name=Sunday,players=4-90,start=600,buy-in=10+1\"; game, seats "
+           "and times that are not said there are as the options below tell. Without --tables there are no tables of "
+           "their kind then. "
+           "Keys: name, about, game, seats, players, password, invited, most-wins, opens, start, start-with, seating, "
+           "buy-in, guaranteed, prizes, chips, blinds, levels, level, break, rebuys, rebuy, add-on, reply-time, "
+           "hand-pause, rebuy-time, absent-time")
         ->allow_extra_args(false)
         ->type_name("KEY=VALUE,...");
     app.add_option_function<std::string>(
@@ -162,11 +174,30 @@ struct TableOptions {
       table.name = "Table " + std::to_string(table.gameID);
       return table;
     };
-    if (others.empty() || tablesGiven->count() != 0) {
+    const bool hasNoOthers = others.empty() && tournaments.empty();
+    if (hasNoOthers || tablesGiven->count() != 0) {
       checkTable(table);
       while (all.size() < tables) all.push_back(usual());
     }
     for (const std::string& text : others) all.push_back(tableFromText(text, usual()));
+    if (all.empty() && tournaments.empty()) throw std::invalid_argument("a house needs a table or a tournament");
+    return all;
+  }
+
+  /// @throws std::invalid_argument  as settings() does
+  std::vector<TourSettings> tourSettings() const {
+    TourSettings usual;
+    usual.limit = table.stakes.limit;
+    usual.seats = table.seats;
+    usual.replyTime = table.replyTime;
+    usual.handPause = table.handPause;
+    usual.rebuyTime = table.rebuyTime;
+    if (seedGiven->count() != 0) usual.seed = seed;
+    std::vector<TourSettings> all;
+    for (const std::string& text : tournaments) {
+      usual.name = "Tournament " + std::to_string(all.size() + 1);
+      all.push_back(tourFromText(text, usual));
+    }
     return all;
   }
 };
@@ -222,6 +253,10 @@ int main(int argc, char** argv) {
   app.add_option("--news", settings.house.news, "for the lobby: what is new in the house")->type_name("TEXT");
   addSeconds(app, "--invite-time", settings.house.inviteTime, "that a seat is held for a player who waited for it");
   tables.addTo(app);
+  app.add_option("--most-tournaments", settings.house.mostTournaments, "that a player may be in at once")
+      ->check(CLI::Range(1, 100).description(""))
+      ->capture_default_str()
+      ->type_name("N");
   app.add_option("--announcement", settings.announcement, "what clients are told at SIGUSR1")->type_name("TEXT");
   app.add_option("--farewell", settings.farewell, "what clients are told when the server drains")->type_name("TEXT");
   app.add_option("--log", logFile, "log there and not to the standard error")->type_name("FILE");
@@ -248,6 +283,7 @@ int main(int argc, char** argv) {
     std::unique_ptr<Transcript> transcript;
     if (wantsTranscript) transcript = std::make_unique<Transcript>(stdout, wantsColour(colour, stdout));
     settings.house.tables = tables.settings();
+    settings.house.tournaments = tables.tourSettings();
     if (settings.house.inviteTime.count() == 0) throw std::runtime_error("the invite time must be above 0");
     const bool sound = serve(settings, portFile, transcript.get());
     if (dumpOnExit) DebugStaticLogger::instance()->dumpDataIntoLog("holdem.pools");
