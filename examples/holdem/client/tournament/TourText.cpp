@@ -208,7 +208,8 @@ std::vector<std::string> changesText(const MultiTourneyInfo& before, const Multi
   if (now.registeredPlayers != before.registeredPlayers) {
     lines.push_back(counted(now.registeredPlayers, "player") + " registered");
   }
-  if (now.tables != before.tables || now.playersLeft != before.playersLeft) {
+  // At the end nobody is left anywhere, which its places tell better.
+  if (now.playersLeft != 0 && (now.tables != before.tables || now.playersLeft != before.playersLeft)) {
     lines.push_back(fmt::format("{} left at {}", counted(now.playersLeft, "player"), counted(now.tables, "table")));
   }
   if (now.tables == 1 && before.tables > 1) lines.emplace_back("the final table");
