@@ -148,6 +148,37 @@ TEST(Character, PlaysItsStyle) {
   EXPECT_LT(percentPlayed(Style::Tight, "AhQc", board, 9000, 9500), 50);
 }
 
+TEST(Character, IsAllInOrOutWithAFewBigBlindsOfATournament) {
+  std::mt19937_64 random(3);
+  for (const Style style : kStyles) {
+    std::map<std::int64_t, int> pushes;  // by the stack in big blinds
+    for (int round = 0; round < 6000; ++round) {
+      Table table;
+      Deck deck;
+      deck.shuffle(random);
+      for (int i = 0; i < 2; ++i) table.own.push_back(deck.deal());
+      const std::int64_t blinds = 1 + round % 8;
+      table.situation.isTournament = true;
+      table.situation.bigBlind = chips(200);
+      table.situation.stack = chips(200 * blinds - 50);
+      table.situation.pot = chips(300);
+      table.situation.hand = static_cast<std::uint64_t>(round);
+      table.options.addFoldOption();
+      if (blinds > 1) table.options.addOption(UserAction::Call, chips(200));
+      if (blinds > 2) table.options.addOption(UserAction::Raise, chips(400), table.situation.stack);
+      table.options.addOption(UserAction::AllIn, table.situation.stack);
+      const UserAction action = Character(style, 5).decide(table.view()).action;
+      ASSERT_TRUE(action == UserAction::AllIn || action == UserAction::Fold) << actionCodeToStringForChat(action);
+      pushes[blinds] += action == UserAction::AllIn;
+    }
+    // Nobody waits for aces until the blinds have eaten everything, and nobody plays whatever comes either.
+    EXPECT_GT(pushes[1], 750 / 4) << toText(style);
+    EXPECT_GT(pushes[8], 750 / 25) << toText(style);
+    EXPECT_LT(pushes[8], 750 / 2 + 50) << toText(style);
+    if (style != Style::Random) EXPECT_GT(pushes[1], pushes[8]) << toText(style);
+  }
+}
+
 TEST(Character, TakesAnythingThatIsOpenWhenTheUsualIsNot) {
   Table table;
   table.own = cardsFromText("AsAd").value();

@@ -155,5 +155,26 @@ TEST_F(TablePictureTest, PassesOverSeatsThatNobodyHas) {
   EXPECT_EQ(bytesOf(picture.state()), before);
 }
 
+TEST_F(TablePictureTest, HasTheBlindsOfTheLevelThatBegan) {
+  using enum TOUR_NAMES::SwitchType;
+  ClientTableState table = threePlayers();
+  table.limitType = LimitType::NoLimit;
+  apply<SrvTableState>(table);
+  apply<SrvLevelSwitch>(chips(30), chips(60), std::int16_t{3}, 60, ByTime, false);
+  EXPECT_EQ(bytesOf(picture.state()), bytesOf(table)) << "it was only announced";
+  apply<SrvLevelSwitch>(chips(30), chips(60), std::int16_t{3}, 600, ByTime, true);
+  table.smallBlind = chips(30);
+  table.bigBlind = table.lowBet = chips(60);
+  EXPECT_EQ(bytesOf(picture.state()), bytesOf(table));
+
+  table.limitType = LimitType::FixedLimit;
+  apply<SrvTableState>(table);
+  apply<SrvLevelSwitch>(chips(40), chips(80), std::int16_t{4}, 10, ByHands, true);
+  table.smallBlind = chips(20);
+  table.bigBlind = table.lowBet = chips(40);
+  table.highBet = chips(80);
+  EXPECT_EQ(bytesOf(picture.state()), bytesOf(table));
+}
+
 }  // namespace
 }  // namespace poker::holdem

@@ -28,6 +28,7 @@ Subcommand addLobby(CLI::App& app);
 Subcommand addHistory(CLI::App& app);
 Subcommand addProfile(CLI::App& app);
 Subcommand addPromotions(CLI::App& app);
+Subcommand addTournaments(CLI::App& app);
 
 // Exit statuses.
 inline constexpr int kInOrder = 0;

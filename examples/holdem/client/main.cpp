@@ -17,8 +17,9 @@ int main(int argc, char** argv) {
   app.require_subcommand(1);
   // For the subcommands' options; parseOptions() sees to those of the program itself.
   app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
-  const std::array commands = {addPlay(app),    addWatch(app),   addBot(app),        addLobby(app),
-                               addHistory(app), addProfile(app), addPromotions(app), addRehearse(app)};
+  const std::array commands = {addPlay(app),       addWatch(app),       addBot(app),
+                               addLobby(app),      addHistory(app),     addProfile(app),
+                               addPromotions(app), addTournaments(app), addRehearse(app)};
   if (const int status = parseOptions(app, argc, argv); status >= 0) return status;
   std::signal(SIGPIPE, SIG_IGN);  // whoever read the output may leave
 

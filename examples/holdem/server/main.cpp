@@ -1,4 +1,4 @@
-// The game server. It serves until SIGTERM or SIGINT, then drains; SIGUSR1 announces maintenance.
+// The game server. It serves until SIGTERM or SIGINT, then drains; SIGUSR1 announces maintenance, SIGUSR2 stops tournaments.
 
 #include <CommandProcessor/pool/DebugStaticLogger.h>
 #include <LogUtil/Log.h>
@@ -56,6 +56,7 @@ bool serve(const ServerSettings& settings, const std::string& portFile, Transcri
   asio::signal_set signals(context, SIGINT, SIGTERM);
 #ifdef SIGUSR1
   signals.add(SIGUSR1);
+  signals.add(SIGUSR2);
 #endif
 
   std::function<void()> nextSignal = [&] {
@@ -64,12 +65,12 @@ bool serve(const ServerSettings& settings, const std::string& portFile, Transcri
 #ifdef SIGUSR1
       if (number == SIGUSR1) {
         server.announceMaintenance();
-        nextSignal();
-        return;
-      }
+      } else if (number == SIGUSR2) {
+        server.toggleTournaments();
+      } else  // of those that end it, a second one does so at once
 #endif
-      server.drain();
-      nextSignal();  // a second one ends it at once
+        server.drain();
+      nextSignal();
     });
   };
   nextSignal();
@@ -213,7 +214,9 @@ int main(int argc, char** argv) {
   bool wantsTranscript = false, dumpOnExit = false;
   Colour colour = Colour::Auto;
 
-  CLI::App app("The game server. SIGTERM or SIGINT: drain and end (twice: at once). SIGUSR1: announce maintenance.");
+  CLI::App app(
+      "The game server. SIGTERM or SIGINT: drain and end (twice: at once). SIGUSR1: announce maintenance. "
+      "SIGUSR2: stop the tournaments, and let them go on.");
   addEndpoint(app, "--listen", settings.listen, "where to listen; port 0: the system chooses");
   app.add_option("--port-file", portFile, "written once the server listens: its port")->type_name("FILE");
   app.add_option("--max-connections", settings.maxConnections, "clients served at once")

@@ -98,18 +98,6 @@ std::string countersText(const SrvServerCountersInfo::Counters& counters) {
   return text;
 }
 
-/// The text in lines of their own, what it is about before the first.
-void addForeign(std::vector<std::string>& lines, std::string_view about, std::string_view text) {
-  const std::string safe = escapedLines(text);
-  std::string_view rest = safe;
-  while (!rest.empty()) {
-    const std::size_t end = std::min(rest.find('\n'), rest.size());
-    lines.push_back(fmt::format("  {:<13}{}", about, rest.substr(0, end)));
-    rest.remove_prefix(std::min(end + 1, rest.size()));
-    about = "";
-  }
-}
-
 std::vector<std::string> listLines(const LobbyPicture::Tables& tables, std::size_t nameColumns) {
   TextTable table({{"no.", Right},
                    {"table", Left},

@@ -4,6 +4,7 @@
 #include <examples/holdem/client/terminal/LineReader.h>
 #include <examples/holdem/client/terminal/TableScreen.h>
 #include <examples/holdem/client/terminal/Text.h>
+#include <examples/holdem/client/tournament/TourText.h>
 #include <examples/holdem/shared/Protocol.h>
 
 #include <fmt/format.h>
@@ -28,7 +29,8 @@ constexpr std::string_view kHelp =
     "                 wait queue at a full table\n"
     "                 take 100 or refuse a seat that is held for you\n"
     "                 lobby all tables   last hand in words\n"
-    "                 h this help   q leave and end";
+    "                 h this help   q leave and end\n"
+    "  in a tournament   rebuy or addon more chips   l sits out";
 
 /// Our own lines, each a bit to the right.
 std::string indented(std::string_view lines) {
@@ -81,7 +83,32 @@ class PlayTable final : public TableScreen {
   }
   void onOutOfMoney(const OutOfMoney& command) override {
     printForeign("", command.err());
-    print("  m 100 brings a hundred chips; without more the seat is lost.");
+    print(client().isInTournament() ? "  rebuy brings more chips; without them you are out."
+                                    : "  m 100 brings a hundred chips; without more the seat is lost.");
+  }
+  void onTourRegistration(const SrvTourRegisterResult& result) override {
+    printForeign("", result.reasonStr());
+    if (client().isRegistered()) print("  You take part. q before the seats are drawn takes that back.");
+  }
+  void onTourStatus(const SrvTourTourneyStatus& command) override {
+    print(fmt::format("  tournament {}: {}", command.tourID(), statusText(command.status())));
+  }
+  void onTourStartInfo(const SrvTourStartInfo& info) override { printForeign("", info.infoText()); }
+  void onLevelSwitch(const SrvLevelSwitch& level) override {
+    const std::string text = levelText(level, picture().state().limitType);
+    print("  " + (level.isSwitching() ? bold(text) : text));
+  }
+  void onTourMove(const SrvTourMoveToTable& command) override {
+    options_.clear();
+    print(fmt::format("  You play at table {}.", command.tableID()));
+  }
+  void onExtraMoney(const SrvGetExtraMoneyReply& reply) override;
+  void onTourPlayerFinished(const SrvTourPlayerFinished& command) override {
+    printForeign(bold("★") + " ", command.getText());
+  }
+  void onTourOver() override {
+    print("  The tournament is over for you.");
+    if (!std::exchange(leaving_, true)) client().leave();
   }
   void onWaiting(std::uint32_t) override { print("  You wait for a seat here; wait once more ends it."); }
   void onWaitingOver(std::uint32_t) override {
@@ -147,7 +174,10 @@ void PlayTable::onTurn(const NextTurnOptions& options, std::chrono::seconds) {
 
 void PlayTable::leave() {
   if (std::exchange(leaving_, true)) return client().bye();
-  if (isInHand()) print("  You leave as soon as the hand is over; once more, and you leave now.");
+  if (client().isInTournament()) {
+    if (client().isAtTable()) print("  Your chips stay in the tournament, and pay the blinds.");
+  } else if (isInHand())
+    print("  You leave as soon as the hand is over; once more, and you leave now.");
   client().leave();
 }
 
@@ -223,6 +253,14 @@ void PlayTable::onHandTexts(const SrvRplHandHistory& command) {
   for (const std::string& hand : command.getGames()) print(indented(escapedLines(hand)));
 }
 
+void PlayTable::onExtraMoney(const SrvGetExtraMoneyReply& reply) {
+  const bool isOffer = reply.getType() == ExtraMoneyRequest::AddOn && reply.showAddonBtn();
+  if (isOffer && reply.getReason() != SrvGetExtraMoneyReply::Reason::Done) {
+    return print("  There is an add-on now: addon takes it.");
+  }
+  printForeign("", reply.reasonToString(false));
+}
+
 void PlayTable::take(std::string_view line) {
   if (line.empty()) return;
   const std::size_t blank = std::min(line.find(' '), line.size());
@@ -231,6 +269,10 @@ void PlayTable::take(std::string_view line) {
   if (word == "h" || word == "help") return print(kHelp);
   if (word == "q" || word == "quit") return leave();
   if (!client().isAtTable()) return print("  You are not at the table.");
+  if (client().isInTournament()) {
+    if (word == "rebuy") return client().askForExtraMoney(ExtraMoneyRequest::Rebuy);
+    if (word == "addon") return client().askForExtraMoney(ExtraMoneyRequest::AddOn);
+  }
   if (word == "t" || word == "/chat") return client().chat(std::string(rest));
   if (word == "m") return takeChips(rest);
   if (word == "lobby") return askForLobby();
@@ -251,7 +293,7 @@ void PlayTable::take(std::string_view line) {
   const auto box = [this](UserAction action, bool on) {
     client().send<ClActionInAdvance>(actionBit(action), kZeroMoney, on);
   };
-  if (word == "s") {
+  if (word == "s" || (word == "l" && client().isInTournament())) {
     box(UserAction::SittingOut, true);
     print("  You sit out when the hand is over.");
   } else if (word == "back") {
@@ -273,7 +315,7 @@ void PlayTable::take(std::string_view line) {
 
 int run(Options& options) {
   options.player.password = passwordOf(options.player.name, options.passwordFile);
-  options.player.sitsDown = true;
+  options.player.sitsDown = options.player.registersForTour = true;
   asio::io_context context(1);
   ScreenSettings screen;
   screen.colour = wantsColour(options.colour, stdout);
@@ -297,6 +339,7 @@ Subcommand addPlay(CLI::App& parent) {
   CLI::App& app = *parent.add_subcommand("play", "Plays as you say; h at the table shows how.");
   addPlayer(app, *options);
   addSeat(app, options->player);
+  addTournament(app, options->player);
   addColour(app, options->colour);
   return {&app, [options] { return run(*options); }};
 }

@@ -4,6 +4,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cstdint>
 
 #include <sys/ioctl.h>
@@ -43,6 +44,17 @@ std::string shortened(std::string text, std::size_t columns) {
 
 std::string counted(std::uint64_t number, std::string_view what) {
   return fmt::format("{} {}{}", number, what, number == 1 ? "" : "s");
+}
+
+void addForeign(std::vector<std::string>& lines, std::string_view about, std::string_view text) {
+  const std::string safe = escapedLines(text);
+  std::string_view rest = safe;
+  while (!rest.empty()) {
+    const std::size_t end = std::min(rest.find('\n'), rest.size());
+    lines.push_back(fmt::format("  {:<13}{}", about, rest.substr(0, end)));
+    rest.remove_prefix(std::min(end + 1, rest.size()));
+    about = "";
+  }
 }
 
 std::size_t columnsOf(std::string_view text) {

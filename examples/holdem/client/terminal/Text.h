@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace poker::holdem {
 
@@ -16,6 +17,8 @@ std::string escapedLines(std::string_view text);
 std::string shortened(std::string text, std::size_t columns);
 /// "1 hand", "2 hands".
 std::string counted(std::uint64_t number, std::string_view what);
+/// Adds what somebody else wrote in lines of their own, with what it is about before the first.
+void addForeign(std::vector<std::string>& lines, std::string_view about, std::string_view text);
 /// How many columns our own text takes: UTF-8 with one column a character, colours with none.
 std::size_t columnsOf(std::string_view text);
 /// The columns of a terminal; of anything else as many as one likes.

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <CommandProcessor/commands/AllCommands.h>
+#include <examples/holdem/client/tournament/TourPicture.h>
+
+#include <string>
+#include <vector>
+
+namespace poker::holdem {
+
+// Tournaments for people, in lines without their ends. What others wrote is escaped.
+
+/// "registering", "started", ...
+std::string statusText(TOUR_NAMES::TourStatus status);
+/// What is said of a level that begins or is next: "level 3: blinds 30/60, the next one in 10 min".
+/// @param limit  that the tournament plays; None when that is not known
+std::string levelText(const SrvLevelSwitch& level, LimitType limit);
+/// The answer of the house in one line, whatever its lines were.
+std::string inOneLine(std::string text);
+
+/// All tournaments by number, a line each below the head.
+std::vector<std::string> tourListText(const std::vector<const TourListPicture*>& lists);
+/// What one tournament is and where it stands: texts, levels, prizes, fund, tables, players.
+std::vector<std::string> tourText(const TourListEntry& entry, const TourPicture& picture,
+                                  const TournamentDetailedInfo& details);
+/// The places and prizes of one that has finished.
+std::vector<std::string> placesText(const TournamentDetailedInfo& details);
+/// What is new from one summary to the next: players, tables, re-buys, add-ons.
+std::vector<std::string> changesText(const MultiTourneyInfo& before, const MultiTourneyInfo& now);
+
+}  // namespace poker::holdem

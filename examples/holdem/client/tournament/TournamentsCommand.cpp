@@ -1,0 +1,317 @@
+#include <CommandProcessor/types/FieldJson.h>
+#include <examples/holdem/client/PlayerOptions.h>
+#include <examples/holdem/client/lobby/Visit.h>
+#include <examples/holdem/client/terminal/Text.h>
+#include <examples/holdem/client/tournament/TourText.h>
+
+#include <fmt/color.h>
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+#include <optional>
+#include <utility>
+
+namespace poker::holdem {
+
+namespace {
+
+using TOUR_NAMES::TourStatus;
+using TOUR_NAMES::TourType;
+
+constexpr std::chrono::milliseconds kBetweenQuestions{250};
+
+struct Options {
+  VisitorSettings player;
+  std::string passwordFile;
+  std::uint32_t tournament = 0;  // 0: the list
+  std::string tournamentPassword;
+  bool enters = false;
+  bool leaves = false;
+  bool follows = false;
+  bool json = false;
+  Colour colour = Colour::Auto;
+};
+
+class TournamentsVisit final : public Visit {
+ public:
+  using Visit::send;
+
+  explicit TournamentsVisit(const Options& options)
+      : Visit(options.player, "holdem-client tournaments"),
+        options_(options),
+        colour_(wantsColour(options.colour, stdout)),
+        picture_(options.tournament),
+        next_(context()) {}
+
+ private:
+  void ask() override {
+    next_.cancel();
+    for (TourListPicture& list : lists_) list = TourListPicture(list.type());
+    hasLists_[0] = hasLists_[1] = false;
+    picture_ = TourPicture(options_.tournament);
+    details_.reset();
+    asksForWhole_ = isShown_ = false;
+    looksAt_ = 0;
+    if (options_.enters) {
+      return send<ClTourRegister>(options_.tournament, TourMoneyChooser::empty(), options_.tournamentPassword);
+    }
+    if (options_.leaves) return send<ClTourUnregister>(options_.tournament);
+    if (options_.follows) leaveWithReader();
+    // A tournament that does not exist is not answered, but it is not on a list either.
+    for (const TourListPicture& list : lists_) send<ClGetTournamentsInfo>(list.type(), 0u);
+  }
+
+  // Taking part
+
+  void onTourRegistration(const SrvTourRegisterResult& result) override {
+    finish(result, result.reason() == SrvTourRegisterResult::Reason::Registered, result.reasonStr());
+  }
+  void onTourUnregistration(const SrvTourUnregisterResult& result) override {
+    finish(result, result.reason() == SrvTourUnregisterResult::Reason::Unregistered, result.reasonStr());
+  }
+  template <class Result>
+  void finish(const Result& result, bool isDone, std::string text) {
+    if (!options_.enters && !options_.leaves) return;
+    text = inOneLine(std::move(text));
+    if (text.empty()) text = fmt::format("The house answers with reason {}.", static_cast<unsigned>(result.reason()));
+    if (options_.json) tellJson(result);
+    if (!isDone) return fail(text);
+    if (!options_.json) write("  " + text + '\n');
+    beAnswered();
+    leave();
+  }
+
+  // What is asked for
+
+  void onTournaments(const SrvTournamentsInfo& command) override {
+    const TournamentsInfo& info = command.getInfo();
+    const auto list = std::find_if(std::begin(lists_), std::end(lists_),
+                                   [&](const TourListPicture& each) { return each.type() == info.type; });
+    if (list == std::end(lists_)) return;
+    const std::optional<TourStatus> before = status();
+    list->apply(command);
+    hasLists_[list - lists_] = true;
+    if (options_.tournament == 0) {
+      if (options_.json) tellJson(command);
+      if (hasLists_[0] && hasLists_[1]) show();
+      return;
+    }
+    if (!hasLists_[0] || !hasLists_[1]) return;
+    if (entry() == nullptr) {
+      return fail(fmt::format("there is no tournament {}{}", options_.tournament, isShown_ ? " any more" : ""));
+    }
+    if (!isShown_ && !asksForWhole_) {
+      asksForWhole_ = true;
+      send<ClGetTourDetails>(options_.tournament, 0u);
+      send<ClGetMultiInitializeInfo>(options_.tournament);
+    } else if (isShown_ && status() != before) {
+      if (options_.json) {
+        tellJson(command);
+      } else {
+        say(bold(statusText(entry()->status)));
+      }
+    }
+  }
+  void onTourDetails(const SrvTourDetails& command) override {
+    if (command.touranmentID() != options_.tournament) return;
+    details_ = command.getInfo();
+    if (options_.json) tellJson(command);
+    if (!isShown_) return show();
+    if (!details_->finished || std::exchange(isOver_, true)) return;
+    if (!options_.json) {
+      for (const std::string& line : placesText(*details_)) write(line + '\n');
+    }
+    next_.cancel();
+    leave();
+  }
+  void onTourPicture(const SrvMultiTourInitialize& command) override {
+    if (options_.json) tellJson(command);
+    picture_.apply(command);
+    show();
+  }
+  void onTourSummary(const SrvMultiTourDetailedInfo& command) override {
+    if (options_.json) tellJson(command);
+    const std::optional<TourPicture::Summary> before = picture_.summary();
+    picture_.apply(command);
+    if (!isShown_) return show();
+    if (!before || !picture_.summary()) return;
+    for (const std::string& line : changesText(before->numbers, picture_.summary()->numbers)) say(line);
+  }
+  void onTourProtected(const SrvTourProtectionError& refusal) override { fail(inOneLine(refusal.reasonStr())); }
+
+  // What is new
+
+  void onTourTables(const SrvUpdateTables& command) override { change(command); }
+  void onTourPrizes(const SrvUpdatePrizeDescr& command) override { change(command); }
+  void onTourPlayers(const SrvUpdatePlayers& command) override {
+    std::vector<std::string> gone;
+    for (const std::string& name : command.getPlayersInfo().removedPlayers) {
+      if (picture_.players().contains(name)) gone.push_back(name);
+    }
+    change(command);
+    if (!isShown_ || entry() == nullptr) return;
+    const bool hasBegun = !picture_.tables().empty() || entry()->status >= TourStatus::Prestarted;
+    const std::size_t left = picture_.players().size();
+    if (hasBegun && left == 0) return;  // the places tell who has won, and who was second
+    // Who goes at once has one of these places; which one, the details tell in the end.
+    const std::string place =
+        gone.size() == 1 ? std::to_string(left + 1) : fmt::format("{}-{}", left + 1, left + gone.size());
+    for (const std::string& name : gone) {
+      say(hasBegun ? fmt::format("{} is out: place {}", escaped(name), place)
+                   : fmt::format("{} has unregistered", escaped(name)));
+    }
+  }
+  void onTourText(const SrvUpdateText& command) override {
+    const std::string news = picture_.text(MultiTourText::News);
+    change(command);
+    if (picture_.text(MultiTourText::News) != news) sayForeign("news", picture_.text(MultiTourText::News));
+  }
+  void onTourFund(const SrvUpdatePrizeFund& command) override {
+    const std::string fund = picture_.fund().summary;
+    change(command);
+    if (picture_.fund().summary != fund) sayForeign("prize fund", picture_.fund().summary);
+  }
+  template <class Update>
+  void change(const Update& command) {
+    if (options_.json) tellJson(command);
+    picture_.apply(command);
+  }
+
+  // What is heard at a table
+
+  void onTourTableInfo(const SrvTourTableInfo& command) override {
+    if (options_.json) tellJson(command);
+    limit_ = command.getInfo().limitType;
+  }
+  void onLevelSwitch(const SrvLevelSwitch& level) override {
+    if (options_.json) return tellJson(level);
+    // Who comes to another table is told anew, of less time.
+    const auto what = std::pair(level.getLevel(), level.isSwitching());
+    if (std::exchange(level_, what) == what) return;
+    const std::string text = levelText(level, limit_);
+    say(level.isSwitching() ? bold(text) : text);
+  }
+  void onTourStartInfo(const SrvTourStartInfo& info) override {
+    if (options_.json) return tellJson(info);
+    const std::string text = info.infoText();
+    if (!text.empty() && std::exchange(wait_, text) != text) say(text);
+  }
+  void onTourMove(const SrvTourMoveToTable& command) override {
+    if (options_.json) tellJson(command);
+    looksAt_ = command.tableID();
+  }
+  void onAdminMessage(const SrvAdminMsg& message) override { onNotice(message.message()); }
+
+  void show() {
+    if (options_.tournament != 0 && (!picture_.isWhole() || !picture_.summary() || !details_)) return;
+    if (!options_.json) {
+      std::vector<std::string> lines =
+          options_.tournament == 0 ? tourListText({&lists_[0], &lists_[1]}) : tourText(*entry(), picture_, *details_);
+      lines[0] = bold(lines[0]);
+      for (const std::string& line : lines) write(line + '\n');
+    }
+    isShown_ = true;
+    asksForWhole_ = false;
+    beAnswered();
+    if (!options_.follows || details_->finished) return leave();
+    follow();
+  }
+  /// Asks what is new, and again after a while.
+  void follow() {
+    look();
+    next_.in(kBetweenQuestions, [this] {
+      const TourListPicture& list = lists_[lists_[0].tournament(options_.tournament) != nullptr ? 0 : 1];
+      picture_.askForChanges(*this);
+      send<ClGetTournamentsInfo>(list.type(), list.version());
+      if (status() == TourStatus::Finished) send<ClGetTourDetails>(options_.tournament, 0u);
+      follow();
+    });
+  }
+  /// Looks at a table, to hear what only its viewers hear. From one that is broken the server takes its viewers along.
+  void look() {
+    if (picture_.tables().contains(looksAt_)) return;
+    const auto largest =
+        std::max_element(picture_.tables().begin(), picture_.tables().end(),
+                         [](const auto& a, const auto& b) { return a.second.players < b.second.players; });
+    if (largest == picture_.tables().end() || largest->second.players == 0) return;
+    looksAt_ = largest->first;
+    send<ClConnectGame>(looksAt_, "", "", nullptr, 0);
+    send<ClGetTourTableInfo>(options_.tournament, looksAt_);
+  }
+
+  const TourListEntry* entry() const {
+    for (const TourListPicture& list : lists_) {
+      if (const TourListEntry* found = list.tournament(options_.tournament)) return found;
+    }
+    return nullptr;
+  }
+  std::optional<TourStatus> status() const {
+    return entry() == nullptr ? std::nullopt : std::optional(entry()->status);
+  }
+  std::string bold(const std::string& text) const {
+    return colour_ ? fmt::format(fmt::emphasis::bold, "{}", text) : text;
+  }
+  /// A line of what has happened.
+  void say(const std::string& line) {
+    if (isShown_ && !options_.json) write("  " + line + '\n');
+  }
+  void sayForeign(std::string_view about, std::string_view text) {
+    std::vector<std::string> lines;
+    addForeign(lines, about, text);
+    if (!isShown_ || options_.json) return;
+    for (const std::string& line : lines) write(line + '\n');
+  }
+  template <class Command>
+  void tellJson(const Command& command) {
+    write(fieldsToJson(command) + '\n');
+  }
+
+  const Options& options_;
+  bool colour_;
+  TourListPicture lists_[2] = {TourListPicture(TourType::SingleTable), TourListPicture(TourType::MultiTable)};
+  bool hasLists_[2] = {};
+  TourPicture picture_;
+  std::optional<TournamentDetailedInfo> details_;
+  bool asksForWhole_ = false;
+  bool isShown_ = false;
+  bool isOver_ = false;
+  std::uint32_t looksAt_ = 0;  // a table
+  LimitType limit_ = LimitType::None;
+  std::optional<std::pair<std::int16_t, bool>> level_;  // that was told last, and whether it has begun
+  std::string wait_;                                    // what was told last that it waits for
+  Later next_;
+};
+
+int run(Options& options) {
+  options.player.password = passwordOf(options.player.name, options.passwordFile);
+  return TournamentsVisit(options).run();
+}
+
+}  // namespace
+
+Subcommand addTournaments(CLI::App& parent) {
+  const auto options = std::make_shared<Options>();
+  options->player.name = "Visitor";
+  CLI::App& app =
+      *parent.add_subcommand("tournaments", "Shows the house's tournaments, or one of them; registers there.");
+  addVisitor(app, options->player, options->passwordFile);
+  CLI::Option* number = app.add_option("--tournament", options->tournament, "the one of this number")
+                            ->check(CLI::Range(1u, UINT32_MAX).description(""))
+                            ->type_name("N");
+  app.add_option("--tournament-password", options->tournamentPassword, "of a protected one, to enter")
+      ->type_name("TEXT");
+  CLI::Option* enter = app.add_flag("--enter", options->enters, "register for it")->needs(number);
+  CLI::Option* leave =
+      app.add_flag("--leave", options->leaves, "take the registration back")->needs(number)->excludes(enter);
+  app.add_flag("--follow", options->follows, "go on and tell what happens there, until SIGINT or until it is over")
+      ->needs(number)
+      ->excludes(enter)
+      ->excludes(leave);
+  app.add_flag("--json", options->json, "for programs: an object a line, with the fields of the commands");
+  addColour(app, options->colour);
+  return {&app, [options] { return run(*options); }};
+}
+
+}  // namespace poker::holdem
