@@ -1,0 +1,83 @@
+#include <examples/holdem/client/tournament/TourText.h>
+#include <hostkit/CommandHandle.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+namespace poker::holdem {
+namespace {
+
+using testing::ElementsAre;
+
+TEST(TourLobbyText, ShowsNothingOfOthersThatATerminalWouldObey) {
+  const std::string hostile = "\x1B[2J\x9B\r\n\"\xFF";
+  TourListEntry entry;
+  entry.tournamentID = 3;
+  entry.name = entry.description = entry.prizes = hostile;
+  entry.status = static_cast<TOUR_NAMES::TourStatus>(200);
+  TournamentsInfo info;
+  info.tournaments = {entry};
+  TourListPicture list(info.type);
+  list.apply(*make<SrvTournamentsInfo>(info));
+
+  MultiTourTablesInfo tables;
+  tables.tables.emplace_back().name = hostile;
+  MultiTourPlayersInfo players;
+  players.players.emplace_back().player.name = hostile;
+  MultiTourTextInfo text;
+  text.texts = {{MultiTourText::Title, hostile}, {MultiTourText::Blinds, hostile}};
+  PrizeSchemeInfoMap prizes;
+  PrizeSchemeInfoRow row;
+  row.type = static_cast<PrizeType>(99);
+  prizes.add(row);
+  PrizeFundInfo fund;
+  fund.summary = hostile;
+  fund.texts.set(static_cast<PrizeFundText>(250), hostile);
+  TourPicture picture(3);
+  picture.apply(*make<SrvMultiTourInitialize>(tables, players, text, 3u, prizes, fund, 1u, 1u));
+  MultiStartInfo start;
+  start.starts = start.registrationEnds = hostile;
+  picture.apply(*make<SrvMultiTourDetailedInfo>(MultiTourMoneyInfo(), start, MultiTourneyInfo(), 3u, 5u, true));
+  TournamentDetailedInfo details;
+  details.description = hostile;
+  details.players.emplace_back().player.name = hostile;
+
+  std::vector<std::string> lines = tourListText({&list});
+  for (const bool finished : {false, true}) {
+    details.finished = finished;
+    for (const std::string& line : tourText(entry, picture, details)) lines.push_back(line);
+  }
+  EXPECT_GT(lines.size(), 30u);
+  for (std::string line : lines) {
+    for (std::size_t at; (at = line.find("·")) != std::string::npos;) line.erase(at, 2);
+    EXPECT_TRUE(std::all_of(line.begin(), line.end(), [](char c) { return c >= 0x20 && c <= 0x7E; })) << line;
+  }
+}
+
+TEST(TourLobbyText, TellsWhatIsNewAndOnlyThat) {
+  MultiTourneyInfo before;
+  before.registeredPlayers = before.playersLeft = 12;
+  before.tables = 2;
+  MultiTourneyInfo now = before;
+  EXPECT_THAT(changesText(before, now), ElementsAre());
+  now.playersLeft = 9;
+  now.tables = 1;
+  now.rebuys = 1;
+  EXPECT_THAT(changesText(before, now), ElementsAre("9 players left at 1 table", "the final table", "1 re-buy"));
+  const auto level = [](bool begins, std::int32_t units) {
+    return levelText(*make<SrvLevelSwitch>(RealMoneyType::fromUnits(30), RealMoneyType::fromUnits(60), std::int16_t{3},
+                                           units, TOUR_NAMES::SwitchType::ByHands, begins),
+                     LimitType::FixedLimit);
+  };
+  EXPECT_EQ(level(true, 10), "level 3: bets 30/60, the next one in 10 hands");
+  EXPECT_EQ(level(true, 0), "level 3: bets 30/60");
+  EXPECT_EQ(level(false, 1), "in 1 hand, level 3 is next: bets 30/60");
+  EXPECT_EQ(inOneLine("\nTwo\n lines\n of it"), "Two lines of it");
+}
+
+}  // namespace
+}  // namespace poker::holdem
