@@ -93,7 +93,7 @@ class TournamentOfBots {
   }
 
   void play() {
-    const std::uint64_t stopAt = 30 + random_() % 120;  // hands
+    const std::uint64_t stopAt = 20 + random_() % 100;  // hands
     bool hasStopped = false;
     const auto isOver = [&] {
       checkTables();
@@ -107,6 +107,7 @@ class TournamentOfBots {
       comparePictures();
       breakSomeConnections();
     }
+    EXPECT_TRUE(hasStopped) << "no pictures were compared in " << hands_ << " hands";
     ASSERT_TRUE(place_.runUntil([&] { return ended_ == kBots; }));
     checkResults();
   }
