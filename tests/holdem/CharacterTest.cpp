@@ -175,7 +175,8 @@ TEST(Character, IsAllInOrOutWithAFewBigBlindsOfATournament) {
     EXPECT_GT(pushes[1], 750 / 4) << toText(style);
     EXPECT_GT(pushes[8], 750 / 25) << toText(style);
     EXPECT_LT(pushes[8], 750 / 2 + 50) << toText(style);
-    if (style != Style::Random) EXPECT_GT(pushes[1], pushes[8]) << toText(style);
+    if (style == Style::Random) continue;
+    EXPECT_GT(pushes[1], pushes[8]) << toText(style);
   }
 }
 

@@ -19,7 +19,7 @@ namespace {
 
 using namespace test;
 
-constexpr std::size_t kBots = 60;
+constexpr unsigned kBots = 60;
 constexpr unsigned kGroups = 10;  // of tests, which may run side by side
 constexpr unsigned kTournamentsEach = 10;
 
@@ -136,7 +136,7 @@ class TournamentOfBots {
                             UserState) { EXPECT_TRUE(names.insert(name).second) << name << " sits at two tables"; });
     });
     EXPECT_EQ(names.size(), tour().isOver() ? 0 : tour().playersLeft());
-    if (!tour().isOver()) EXPECT_EQ(chips, tour().chipsInPlay());
+    EXPECT_EQ(chips, tour().isOver() ? kZeroMoney : tour().chipsInPlay());
   }
 
   /// While nothing happens, whoever asks for what has changed has the server's picture.

@@ -70,6 +70,7 @@ class PlayTable final : public TableScreen {
   }
   void onTableState() override {
     TableScreen::onTableState();
+    options_.clear();  // the turn is asked anew
     if (const ClientSeatState* seat = picture().ownSeat()) onSeated(seat->seatID);
   }
   void onTurn(const NextTurnOptions& options, std::chrono::seconds time) override;
@@ -99,8 +100,9 @@ class PlayTable final : public TableScreen {
     print("  " + (level.isSwitching() ? bold(text) : text));
   }
   void onTourMove(const SrvTourMoveToTable& command) override {
-    options_.clear();
-    print(fmt::format("  You play at table {}.", command.tableID()));
+    // Who sits at a table stays there.
+    print(fmt::format("  {} at table {}.", client().isInTournament() ? "You go on" : "Your tournament plays",
+                      command.tableID()));
   }
   void onExtraMoney(const SrvGetExtraMoneyReply& reply) override;
   void onTourPlayerFinished(const SrvTourPlayerFinished& command) override {
