@@ -20,7 +20,7 @@ heading() { printf '\n%s%s%s\n' "$bold" "$1" "$plain"; }
 
 declare -A running   # by process id
 declare -A status_of # of those that have ended
-declare -A name_of   # of the bots
+declare -A name_of   # of all but the server
 bot_processes=()
 
 tidy_up() {
@@ -114,11 +114,11 @@ await_bot() { # process, what it has no ... of
     fail_early "$folder/bot-${name_of[$1]}.log" "${name_of[$1]} has no $2"
 }
 
-# Waits for who looks on, who sees the end, but not when the server or a bot fails before: then all are ended, and the one that
-# failed is in $failed.
+# Waits for who looks on and sees the end. When somebody fails before, all are ended, and the one that failed is in $failed.
 failed=
 await_onlooker() { # process
   local process
+  name_of[$1]="the onlooker"
   while [ -z "$failed" ] && kill -0 "$1" 2>/dev/null; do
     for process in "$server" "${bot_processes[@]}"; do
       kill -0 "$process" 2>/dev/null && continue
@@ -129,10 +129,10 @@ await_onlooker() { # process
   done
   if [ -z "$failed" ]; then
     finish "$1"
-    expect_status "the onlooker" 0 "$status"
-    return
+    if [ "$status" -eq 0 ]; then return; fi
+    failed=$1
   fi
-  # A bot fails because its server has: that is what to tell of.
+  # Others fail because the server has: that is what to tell of.
   if [ "$failed" != "$server" ] && ! kill -0 "$server" 2>/dev/null; then
     finish "$server"
     if [ "$status" -ne 0 ]; then failed=$server; fi
