@@ -5,7 +5,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace poker::holdem {
@@ -67,7 +69,25 @@ TEST(TourLobbyText, TellsWhatIsNewAndOnlyThat) {
   now.playersLeft = 9;
   now.tables = 1;
   now.rebuys = 1;
-  EXPECT_THAT(changesText(before, now), ElementsAre("9 players left at 1 table", "the final table", "1 re-buy"));
+  EXPECT_THAT(changesText(before, now), ElementsAre("9 players left at 1 table", "1 re-buy"));
+
+  const auto players = [](std::vector<std::pair<std::string, std::uint32_t>> tables) {
+    TourPicture::Players all;
+    for (const auto& [name, table] : tables) all[name].tableID = table;
+    return all;
+  };
+  EXPECT_THAT(playersText({}, players({{"Ann", 0}, {"Ben", 0}}), false), ElementsAre("Ann, Ben register"));
+  EXPECT_THAT(playersText(players({{"Ann", 0}, {"Ben", 0}}), players({{"Ben", 0}}), false),
+              ElementsAre("Ann withdraws"));
+  const TourPicture::Players drawn = players({{"Ann", 1}, {"Ben", 2}, {"Cy", 1}, {"Dan", 2}});
+  EXPECT_THAT(playersText(players({{"Ann", 0}, {"Ben", 0}, {"Cy", 0}, {"Dan", 0}}), drawn, true),
+              ElementsAre("table 1: Ann, Cy", "table 2: Ben, Dan"));
+  EXPECT_THAT(playersText(drawn, drawn, true), ElementsAre());
+  EXPECT_THAT(playersText(drawn, players({{"Ann", 1}, {"Ben", 1}, {"Cy", 1}}), true),
+              ElementsAre("Dan is out: place 4", "to table 1: Ben"));
+  EXPECT_THAT(playersText(drawn, players({{"Ann", 1}, {"Ben", 2}}), true),
+              ElementsAre("Cy is out: place 3-4", "Dan is out: place 3-4"));
+
   const auto level = [](bool begins, std::int32_t units) {
     return levelText(*make<SrvLevelSwitch>(RealMoneyType::fromUnits(30), RealMoneyType::fromUnits(60), std::int16_t{3},
                                            units, TOUR_NAMES::SwitchType::ByHands, begins),

@@ -23,6 +23,8 @@ using enum TextTable::Align;
 
 std::string nameText(const std::string& name) { return shortened(escaped(name), kNameColumns); }
 
+std::string joined(const std::vector<std::string>& names) { return fmt::format("{}", fmt::join(names, ", ")); }
+
 /// What a price is in cash; "free" when it is nothing.
 std::string priceText(const TourMoneyChooser& price) {
   return price.cash() == RealMoneyType() ? "free" : price.cash().toString();
@@ -203,18 +205,58 @@ std::vector<std::string> tourText(const TourListEntry& entry, const TourPicture&
   return lines;
 }
 
+std::string leadersText(const TournamentDetailedInfo& details) {
+  constexpr std::size_t kMost = 9;
+  std::vector<std::string> leaders;
+  for (const TourPlayerMoneyEntry& player : details.players) {
+    if (leaders.size() == kMost) break;
+    leaders.push_back(fmt::format("{} {}", nameText(player.player.name), player.money.toString()));
+  }
+  return fmt::format("{}", fmt::join(leaders, kJoint));
+}
+
 std::vector<std::string> changesText(const MultiTourneyInfo& before, const MultiTourneyInfo& now) {
   std::vector<std::string> lines;
   if (now.registeredPlayers != before.registeredPlayers) {
-    lines.push_back(counted(now.registeredPlayers, "player") + " registered");
+    lines.push_back(fmt::format("{} registered", ofMost(now.registeredPlayers, now.maxPlayers)));
   }
-  // At the end nobody is left anywhere, which its places tell better.
-  if (now.playersLeft != 0 && (now.tables != before.tables || now.playersLeft != before.playersLeft)) {
+  if (now.tables != before.tables && now.tables != 0) {
     lines.push_back(fmt::format("{} left at {}", counted(now.playersLeft, "player"), counted(now.tables, "table")));
   }
-  if (now.tables == 1 && before.tables > 1) lines.emplace_back("the final table");
   if (now.rebuys != before.rebuys) lines.push_back(counted(now.rebuys, "re-buy"));
   if (now.addOns != before.addOns) lines.push_back(counted(now.addOns, "add-on"));
+  return lines;
+}
+
+std::vector<std::string> playersText(const TourPicture::Players& before, const TourPicture::Players& now,
+                                     bool hasBegun) {
+  std::vector<std::string> entered;
+  std::vector<std::string> gone;
+  std::map<std::uint32_t, std::vector<std::string>> seated;  // by table
+  std::map<std::uint32_t, std::vector<std::string>> moved;
+  for (const auto& [name, player] : now) {
+    const auto known = before.find(name);
+    const std::uint32_t table = known == before.end() ? 0 : known->second.tableID;
+    if (known == before.end() && !hasBegun) entered.push_back(nameText(name));
+    if (player.tableID != table && player.tableID != 0) {
+      (table == 0 ? seated : moved)[player.tableID].push_back(nameText(name));
+    }
+  }
+  for (const auto& [name, player] : before) {
+    if (!now.contains(name)) gone.push_back(nameText(name));
+  }
+  std::vector<std::string> lines;
+  if (!entered.empty()) lines.push_back(joined(entered) + (entered.size() == 1 ? " registers" : " register"));
+  for (const auto& [table, names] : seated) lines.push_back(fmt::format("table {}: {}", table, joined(names)));
+  if (!hasBegun && !gone.empty()) {
+    lines.push_back(joined(gone) + (gone.size() == 1 ? " withdraws" : " withdraw"));
+  } else if (!now.empty()) {
+    // Of several at once, each has one of these places; which one, the details tell in the end.
+    const std::string place = gone.size() == 1 ? std::to_string(now.size() + 1)
+                                               : fmt::format("{}-{}", now.size() + 1, now.size() + gone.size());
+    for (const std::string& name : gone) lines.push_back(fmt::format("{} is out: place {}", name, place));
+  }
+  for (const auto& [table, names] : moved) lines.push_back(fmt::format("to table {}: {}", table, joined(names)));
   return lines;
 }
 

@@ -25,7 +25,13 @@ std::vector<std::string> tourText(const TourListEntry& entry, const TourPicture&
                                   const TournamentDetailedInfo& details);
 /// The places and prizes of one that has finished.
 std::vector<std::string> placesText(const TournamentDetailedInfo& details);
-/// What is new from one summary to the next: players, tables, re-buys, add-ons.
+/// Who has the most: "Ann 5200 · Ben 4100".
+std::string leadersText(const TournamentDetailedInfo& details);
+/// What is new from one summary to the next: who registers, tables, re-buys, add-ons.
 std::vector<std::string> changesText(const MultiTourneyInfo& before, const MultiTourneyInfo& now);
+/// What became of players: who registers, who sits where, who goes, and with which place.
+/// @param hasBegun  who goes is out
+std::vector<std::string> playersText(const TourPicture::Players& before, const TourPicture::Players& now,
+                                     bool hasBegun);
 
 }  // namespace poker::holdem

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <fstream>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -27,6 +28,7 @@ struct Options {
   std::string passwordFile;
   std::uint32_t tournament = 0;  // 0: the list
   std::string tournamentPassword;
+  std::string readyFile;
   bool enters = false;
   bool leaves = false;
   bool follows = false;
@@ -107,11 +109,10 @@ class TournamentsVisit final : public Visit {
       send<ClGetTourDetails>(options_.tournament, 0u);
       send<ClGetMultiInitializeInfo>(options_.tournament);
     } else if (isShown_ && status() != before) {
-      if (options_.json) {
-        tellJson(command);
-      } else {
-        say(bold(statusText(entry()->status)));
-      }
+      if (options_.json) tellJson(command);
+      // That play begins, the first level tells; that it is over, the places.
+      const bool isTold = before == TourStatus::Prestarted || status() == TourStatus::Finished;
+      if (!isTold) sayStage(statusText(*status()));
     }
   }
   void onTourDetails(const SrvTourDetails& command) override {
@@ -119,10 +120,13 @@ class TournamentsVisit final : public Visit {
     details_ = command.getInfo();
     if (options_.json) tellJson(command);
     if (!isShown_) return show();
-    if (!details_->finished || std::exchange(isOver_, true)) return;
-    if (!options_.json) {
-      for (const std::string& line : placesText(*details_)) write(line + '\n');
+    if (!details_->finished) {
+      if (std::exchange(wantsLeaders_, false)) say(leadersText(*details_));
+      return;
     }
+    if (std::exchange(isOver_, true)) return;
+    sayStage(statusText(TourStatus::Finished));
+    showLines(placesText(*details_));
     next_.cancel();
     leave();
   }
@@ -131,47 +135,53 @@ class TournamentsVisit final : public Visit {
     picture_.apply(command);
     show();
   }
+  /// Comes after all that has changed.
   void onTourSummary(const SrvMultiTourDetailedInfo& command) override {
     if (options_.json) tellJson(command);
     const std::optional<TourPicture::Summary> before = picture_.summary();
     picture_.apply(command);
     if (!isShown_) return show();
     if (!before || !picture_.summary()) return;
-    for (const std::string& line : changesText(before->numbers, picture_.summary()->numbers)) say(line);
+    const MultiTourneyInfo& now = picture_.summary()->numbers;
+    std::vector<std::string> changes = changesText(before->numbers, now);
+    if (std::exchange(isFundNew_, false)) changes.push_back("prize fund " + escaped(picture_.fund().summary));
+    if (!changes.empty()) say(fmt::format("{}", fmt::join(changes, " · ")));
+    if (now.tables == 1 && before->numbers.tables > 1) {
+      sayStage("the final table");
+      askForLeaders();
+    }
   }
   void onTourProtected(const SrvTourProtectionError& refusal) override { fail(inOneLine(refusal.reasonStr())); }
 
   // What is new
 
-  void onTourTables(const SrvUpdateTables& command) override { change(command); }
+  void onTourTables(const SrvUpdateTables& command) override {
+    const TourPicture::Tables before = picture_.tables();
+    change(command);
+    if (picture_.tables().empty()) return;  // it is over
+    for (const auto& [number, table] : before) {
+      if (!picture_.tables().contains(number)) say(fmt::format("table {} is broken", number));
+    }
+  }
   void onTourPrizes(const SrvUpdatePrizeDescr& command) override { change(command); }
   void onTourPlayers(const SrvUpdatePlayers& command) override {
-    std::vector<std::string> gone;
-    for (const std::string& name : command.getPlayersInfo().removedPlayers) {
-      if (picture_.players().contains(name)) gone.push_back(name);
-    }
+    const TourPicture::Players before = picture_.players();
     change(command);
-    if (!isShown_ || entry() == nullptr) return;
+    if (entry() == nullptr) return;
     const bool hasBegun = !picture_.tables().empty() || entry()->status >= TourStatus::Prestarted;
-    const std::size_t left = picture_.players().size();
-    if (hasBegun && left == 0) return;  // the places tell who has won, and who was second
-    // Who goes at once has one of these places; which one, the details tell in the end.
-    const std::string place =
-        gone.size() == 1 ? std::to_string(left + 1) : fmt::format("{}-{}", left + 1, left + gone.size());
-    for (const std::string& name : gone) {
-      say(hasBegun ? fmt::format("{} is out: place {}", escaped(name), place)
-                   : fmt::format("{} has unregistered", escaped(name)));
-    }
+    for (const std::string& line : playersText(before, picture_.players(), hasBegun)) say(line);
   }
   void onTourText(const SrvUpdateText& command) override {
     const std::string news = picture_.text(MultiTourText::News);
     change(command);
-    if (picture_.text(MultiTourText::News) != news) sayForeign("news", picture_.text(MultiTourText::News));
+    // While there are tables, they tell the levels themselves, and so does what becomes of them.
+    if (!picture_.tables().empty() || picture_.text(MultiTourText::News) == news) return;
+    sayForeign("news", picture_.text(MultiTourText::News));
   }
   void onTourFund(const SrvUpdatePrizeFund& command) override {
     const std::string fund = picture_.fund().summary;
     change(command);
-    if (picture_.fund().summary != fund) sayForeign("prize fund", picture_.fund().summary);
+    isFundNew_ = isFundNew_ || picture_.fund().summary != fund;
   }
   template <class Update>
   void change(const Update& command) {
@@ -187,16 +197,21 @@ class TournamentsVisit final : public Visit {
   }
   void onLevelSwitch(const SrvLevelSwitch& level) override {
     if (options_.json) return tellJson(level);
-    // Who comes to another table is told anew, of less time.
-    const auto what = std::pair(level.getLevel(), level.isSwitching());
-    if (std::exchange(level_, what) == what) return;
+    // Who comes to another table is told anew, of less time; and a table may hear of what is next before it has what is now.
+    const std::int16_t number = level.getLevel();
+    const bool begins = level.isSwitching();
+    if (!begins && level_ != 0 && number != level_ + 1) return;
+    if (std::exchange(begins ? level_ : nextLevel_, number) == number) return;
+    if (begins) wait_.clear();  // it goes on, and may wait for the same again
     const std::string text = levelText(level, limit_);
-    say(level.isSwitching() ? bold(text) : text);
+    begins ? sayStage(text) : say(text);
   }
   void onTourStartInfo(const SrvTourStartInfo& info) override {
     if (options_.json) return tellJson(info);
-    const std::string text = info.infoText();
-    if (!text.empty() && std::exchange(wait_, text) != text) say(text);
+    if (const std::string text = info.infoText(); text.empty() || std::exchange(wait_, text) == text) return;
+    if (!info.isBreak()) return say(wait_);
+    sayStage(fmt::format("break, {} s", info.getSeconds()));
+    askForLeaders();
   }
   void onTourMove(const SrvTourMoveToTable& command) override {
     if (options_.json) tellJson(command);
@@ -206,14 +221,11 @@ class TournamentsVisit final : public Visit {
 
   void show() {
     if (options_.tournament != 0 && (!picture_.isWhole() || !picture_.summary() || !details_)) return;
-    if (!options_.json) {
-      std::vector<std::string> lines =
-          options_.tournament == 0 ? tourListText({&lists_[0], &lists_[1]}) : tourText(*entry(), picture_, *details_);
-      lines[0] = bold(lines[0]);
-      for (const std::string& line : lines) write(line + '\n');
-    }
+    showLines(options_.tournament == 0 ? tourListText({&lists_[0], &lists_[1]})
+                                       : tourText(*entry(), picture_, *details_));
     isShown_ = true;
     asksForWhole_ = false;
+    if (!options_.readyFile.empty()) std::ofstream(options_.readyFile) << "ready\n";
     beAnswered();
     if (!options_.follows || details_->finished) return leave();
     follow();
@@ -223,8 +235,8 @@ class TournamentsVisit final : public Visit {
     look();
     next_.in(kBetweenQuestions, [this] {
       const TourListPicture& list = lists_[lists_[0].tournament(options_.tournament) != nullptr ? 0 : 1];
-      picture_.askForChanges(*this);
       send<ClGetTournamentsInfo>(list.type(), list.version());
+      picture_.askForChanges(*this);
       if (status() == TourStatus::Finished) send<ClGetTourDetails>(options_.tournament, 0u);
       follow();
     });
@@ -241,6 +253,11 @@ class TournamentsVisit final : public Visit {
     send<ClGetTourTableInfo>(options_.tournament, looksAt_);
   }
 
+  void askForLeaders() {
+    wantsLeaders_ = true;
+    send<ClGetTourDetails>(options_.tournament, 0u);
+  }
+
   const TourListEntry* entry() const {
     for (const TourListPicture& list : lists_) {
       if (const TourListEntry* found = list.tournament(options_.tournament)) return found;
@@ -253,9 +270,18 @@ class TournamentsVisit final : public Visit {
   std::string bold(const std::string& text) const {
     return colour_ ? fmt::format(fmt::emphasis::bold, "{}", text) : text;
   }
+  void showLines(std::vector<std::string> lines) {
+    if (options_.json) return;
+    lines[0] = bold(lines[0]);
+    for (const std::string& line : lines) write(line + '\n');
+  }
   /// A line of what has happened.
   void say(const std::string& line) {
     if (isShown_ && !options_.json) write("  " + line + '\n');
+  }
+  /// ... of what begins with it.
+  void sayStage(const std::string& what) {
+    if (isShown_ && !options_.json) write(bold(fmt::format("━━ {} ━━", what)) + '\n');
   }
   void sayForeign(std::string_view about, std::string_view text) {
     std::vector<std::string> lines;
@@ -277,10 +303,13 @@ class TournamentsVisit final : public Visit {
   bool asksForWhole_ = false;
   bool isShown_ = false;
   bool isOver_ = false;
+  bool isFundNew_ = false;
+  bool wantsLeaders_ = false;
   std::uint32_t looksAt_ = 0;  // a table
   LimitType limit_ = LimitType::None;
-  std::optional<std::pair<std::int16_t, bool>> level_;  // that was told last, and whether it has begun
-  std::string wait_;                                    // what was told last that it waits for
+  std::int16_t level_ = 0;  // that has begun; 0: none was told
+  std::int16_t nextLevel_ = 0;
+  std::string wait_;  // what was told last that it waits for
   Later next_;
 };
 
@@ -309,6 +338,7 @@ Subcommand addTournaments(CLI::App& parent) {
       ->needs(number)
       ->excludes(enter)
       ->excludes(leave);
+  app.add_option("--ready-file", options->readyFile, "written when the answer is there")->type_name("FILE");
   app.add_flag("--json", options->json, "for programs: an object a line, with the fields of the commands");
   addColour(app, options->colour);
   return {&app, [options] { return run(*options); }};
