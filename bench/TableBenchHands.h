@@ -69,7 +69,7 @@ class Room : private Connections {
 
   Room() : house_(context_, houseSettings(), *this) {
     for (std::uint8_t seat = 0; seat < kPlayers; ++seat) {
-      house_.outbox().run([&](Outbox::Results&) {
+      house_.outbox().run([&] {
         house_.openAccount(connectionOf(seat), accountOf(seat));
         house_.logOn(connectionOf(seat), accountOf(seat).userName, accountOf(seat).password);
         house_.enterTable(connectionOf(seat), table().settings().gameID, {});
@@ -85,8 +85,7 @@ class Room : private Connections {
   void play(const Move& move) {
     const ConnectionID client = connectionOf(move.seat);
     const auto handle = [&](auto&& work) {
-      house_.outbox().run(
-          [&](Outbox::Results&) { house_.atTable(client, [&](Table& table, const Account&) { work(table); }); });
+      house_.outbox().run([&] { house_.atTable(client, [&](Table& table, const Account&) { work(table); }); });
     };
     if (move.bringsMore()) return handle([&](Table& table) { table.bringMore(client, kBuyIn); });
     handle([&](Table& table) { table.acknowledgeTurn(client); });

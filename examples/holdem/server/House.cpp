@@ -132,6 +132,12 @@ Table* House::findTable(std::uint32_t gameID) {
 void House::enterTable(const ConnectionID& client, std::uint32_t gameID, const std::string& password) {
   Visitor& visitor = visitors_[client.value()];
   Table* table = findTable(gameID);
+  Tournament* former = tournaments_.find(gameID / Tournament::kTablesEach);
+  if (visitor.account && table == nullptr && former != nullptr) {
+    // It has just been broken: there may be another one.
+    if (tourDesk_.mayLook(client, visitor.account->id, *former)) former->showSomeTable(client);
+    return;
+  }
   if (!visitor.account || table == nullptr) {
     connections_.disconnect(client, SrvErrorDisconnected::BadGameID);
     return;

@@ -58,6 +58,7 @@ Server::Server(asio::io_context& context, ServerSettings settings, Transcript* t
 void Server::start(std::function<void()> ended) {
   ended_ = std::move(ended);
   tcp_.start();
+  house_.outbox().run([] {});  // what is due from the beginning
   logLine(log_, 0, "listening address={}", Endpoint{settings_.listen.host, port()}.toString());
 }
 

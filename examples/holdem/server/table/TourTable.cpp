@@ -7,8 +7,9 @@ namespace poker::holdem {
 TourTable::TourTable(asio::io_context& context, TableSettings settings, Outbox& outbox, TourTableHost& host)
     : Table(context, std::move(settings), outbox, host), host_(host) {}
 
-SeatID TourTable::seat(const Account& account, const RealMoneyType& chips) {
+SeatID TourTable::seat(const Account& account, const RealMoneyType& chips, bool sitsOut) {
   Seat& seat = takeSeat(seats_.firstFree(settings_.seats), account, chips, ConnectionID());
+  seat.sitsOut = sitsOut;
   ++chipChanges_;
   announce(seat);
   afterChange();
@@ -42,7 +43,17 @@ void TourTable::setBlinds(const RealMoneyType& smallBlind, const RealMoneyType& 
 
 RealMoneyType TourTable::stackOf(AccountID account) {
   const Seat* seat = seats_.findAccount(account);
-  return seat != nullptr ? dealer_.stackOf(*seat) : kZeroMoney;
+  return seat != nullptr ? seat->stack : kZeroMoney;
+}
+
+bool TourTable::sitsOut(AccountID account) {
+  const Seat* seat = seats_.findAccount(account);
+  return seat != nullptr && seat->sitsOut;
+}
+
+ConnectionID TourTable::connectionOf(AccountID account) {
+  const Seat* seat = seats_.findAccount(account);
+  return seat != nullptr ? audience_.connectionOf(seat->id()) : ConnectionID();
 }
 
 RealMoneyType TourTable::chips() {
@@ -101,7 +112,9 @@ void TourTable::leaveSeat(const ConnectionID& viewer) {
 }
 
 void TourTable::tellMoney(const ConnectionID& viewer, AccountID account) {
-  audience_.outbox().add<SrvMoney>(viewer, kZeroMoney, stackOf(account), kZeroMoney, kZeroMoney);
+  const Seat* seat = seats_.findAccount(account);
+  const RealMoneyType chips = seat != nullptr ? dealer_.stackOf(*seat) : kZeroMoney;
+  audience_.outbox().add<SrvMoney>(viewer, kZeroMoney, chips, kZeroMoney, kZeroMoney);
 }
 
 // From hand to hand

@@ -37,7 +37,7 @@ class TourTable final : public Table {
   // Between hands, but for seating somebody.
 
   /// The player gets a free seat; there must be one. Nobody speaks for it yet.
-  SeatID seat(const Account& account, const RealMoneyType& chips);
+  SeatID seat(const Account& account, const RealMoneyType& chips, bool sitsOut = false);
   /// The player goes, who sits here.
   /// @return the chips that it takes along
   RealMoneyType unseat(AccountID account);
@@ -50,10 +50,18 @@ class TourTable final : public Table {
   /// The tournament may say something else now: begins a hand if it wants one.
   void proceed() { afterChange(); }
 
-  /// What the player has, without what it has bet in this hand.
+  /// What the player has; in a hand, what it began that with.
   RealMoneyType stackOf(AccountID account);
-  /// What all of its players have; in a hand, what they began it with.
+  /// What all of its players have, in the same way.
   RealMoneyType chips();
+  /// Calls `f(name, chips)` for each player, by seat; in a hand with what it began that with.
+  template <class F>
+  void forEachStack(F&& f) {
+    seats_.forEach([&](const Seat& seat) { f(seat.name, seat.stack); });
+  }
+  bool sitsOut(AccountID account);
+  /// Who speaks for the player here; the invalid id when nobody does.
+  ConnectionID connectionOf(AccountID account);
   /// Whether the player is in a hand that is played.
   bool isInHand(AccountID account);
   /// Players whose connection looks at the table.

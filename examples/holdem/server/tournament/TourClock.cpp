@@ -29,7 +29,7 @@ void TourClock::begin(std::int16_t level, Clock::time_point now) {
   noticeAt_.reset();
   if (!isByTime() || !hasNextLevel()) return;
   endsAt_ = now + std::chrono::seconds(settings_.levelLength);
-  if (settings_.levelLength > kNotice.count()) noticeAt_ = *endsAt_ - kNotice;
+  noticeAt_ = std::max(now, *endsAt_ - kNotice);
 }
 
 std::uint32_t TourClock::mostHands() const {
@@ -50,7 +50,7 @@ std::int32_t TourClock::unitsLeft(Clock::time_point now) const {
 
 bool TourClock::isNoticeDue(Clock::time_point now) {
   if (isNoticeGiven_ || isStopped_ || !hasNextLevel()) return false;
-  const bool isLastHand = settings_.levelLength > 1 && mostHands() + 1 == settings_.levelLength;
+  const bool isLastHand = mostHands() + 1 == settings_.levelLength;
   return isNoticeGiven_ = isByTime() ? noticeAt_ && now >= *noticeAt_ : isLastHand;
 }
 

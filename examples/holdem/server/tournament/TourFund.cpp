@@ -41,8 +41,13 @@ void TourFund::makeFinal() {
   added_ = missing;
 }
 
+void TourFund::callOff() {
+  bank_.callOff(tournament_);
+  isCalledOff_ = true;
+}
+
 std::vector<RealMoneyType> TourFund::prizes() const {
-  if (entries_ == 0) return {};
+  if (entries_ == 0 || isCalledOff_) return {};
   const std::vector<std::uint32_t> shares = settings_.shares.empty() ? usualShares(entries_) : settings_.shares;
   std::vector<RealMoneyType> prizes = prizesOf(std::max(total(), settings_.guaranteed), shares, entries_);
   std::erase(prizes, kZeroMoney);
@@ -63,6 +68,7 @@ PrizeSchemeInfoMap TourFund::scheme() const {
 
 PrizeFundInfo TourFund::info() const {
   PrizeFundInfo info;
+  if (isCalledOff_) return info;
   const auto tell = [&](PrizeFundText key, const RealMoneyType& amount) {
     if (amount != kZeroMoney) info.texts[key] = amount.toString();
   };

@@ -33,6 +33,8 @@ class TourFund {
   /// Nobody pays any more: the house adds what is missing of what it guaranteed.
   void makeFinal();
   bool isFinal() const { return isFinal_; }
+  /// All is paid back, and what the house added is the house's again.
+  void callOff();
   RealMoneyType total() const {
     return buyIns() + settings_.rebuyPrice * rebuys_ + settings_.addOnPrice * addOns_ + added_;
   }
@@ -55,6 +57,7 @@ class TourFund {
   std::uint32_t addOns_ = 0;
   RealMoneyType added_;
   bool isFinal_ = false;
+  bool isCalledOff_ = false;
 };
 
 }  // namespace poker::holdem

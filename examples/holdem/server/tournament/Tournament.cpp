@@ -20,6 +20,8 @@ using Start = SrvTourStartInfo;
 using Registration = SrvTourRegisterResult::Reason;
 using Withdrawal = SrvTourUnregisterResult::Reason;
 
+/// Between two words about how many players are wanted.
+constexpr std::chrono::seconds kBetweenCounts{1};
 constexpr std::chrono::seconds kLastNotices[] = {std::chrono::seconds(30), std::chrono::seconds(10)};
 
 /// When the players are told next how long it is to go.
@@ -106,14 +108,10 @@ void Tournament::tellPlayers(Args&&... args) {
   outbox_.add<T>(to, std::forward<Args>(args)...);
 }
 
-/// Players, and who looks at a table.
+/// Whoever looks at a table.
 template <class T, class... Args>
-void Tournament::tellAll(Args&&... args) {
+void Tournament::tellTables(Args&&... args) {
   ConnectionsSet to;
-  for (const auto& [account, player] : players_) {
-    const ConnectionID connection = host_.connectionOf(account);
-    if (connection.isValid() && player.place == 0) to.insert(connection);
-  }
   for (const OpenTable& open : tables_) to.insert(open.table->viewers());
   outbox_.add<T>(to, std::forward<Args>(args)...);
 }
@@ -129,7 +127,8 @@ void Tournament::setStatus(Status status) {
 
 Registration Tournament::enter(const Account& account, const std::string& city, const std::string& password,
                                const TourMoneyChooser& choice, bool mayPlayInMore) {
-  if (player(account.id) != nullptr) return Registration::AlreadyRegistered;
+  const Player* known = player(account.id);
+  if (known != nullptr && known->place == 0 && !isOver()) return Registration::AlreadyRegistered;
   if (hasBegun()) return Registration::AlreadyStarted;
   if (status_ != Status::Registering || isClosing_) return Registration::Failed;
   if (!settings_.password.empty() && password.empty()) return Registration::PasswordNeeded;
@@ -154,8 +153,8 @@ Registration Tournament::enter(const Account& account, const std::string& city, 
 
 Withdrawal Tournament::withdraw(AccountID account) {
   const auto place = players_.find(account);
-  if (hasBegun()) return Withdrawal::AlreadyStarted;
   if (place == players_.end()) return Withdrawal::Failed;
+  if (hasBegun()) return Withdrawal::AlreadyStarted;
   fund_.withdraw(account);
   board_.removePlayer(place->second.account.name);
   players_.erase(place);
@@ -167,7 +166,7 @@ Withdrawal Tournament::withdraw(AccountID account) {
 
 void Tournament::welcome(const ConnectionID& client, AccountID account) {
   const Player* entry = player(account);
-  if (entry == nullptr || entry->place != 0 || isOver()) return;
+  if (entry == nullptr || (entry->place != 0 && !isOver())) return;
   outbox_.add<SrvTourTourneyStatus>(client, status_, id_);
   // With another count of players than they know, all are about to be told.
   if (status_ > Status::Registering || playersTold_ != playersWanted()) return;
@@ -180,12 +179,12 @@ std::uint32_t Tournament::playersWanted() const {
 }
 
 void Tournament::tellCountdown(Clock::time_point now) {
+  if (startsAt_ && !noticeAt_) noticeAt_ = nextNotice(*startsAt_, now);
   const bool isNoticeDue = noticeAt_ && now >= *noticeAt_;
-  if (!isNoticeDue && playersTold_ == playersWanted()) {
-    if (startsAt_ && !noticeAt_) noticeAt_ = nextNotice(*startsAt_, now);
-    return;
-  }
+  const bool isCountDue = playersTold_ != playersWanted() && now >= countTold_ + kBetweenCounts;
+  if (!isNoticeDue && !isCountDue) return;
   playersTold_ = playersWanted();
+  countTold_ = now;
   if (startsAt_) noticeAt_ = nextNotice(*startsAt_, now);
   tellPlayers<Start>(static_cast<std::int32_t>(playersTold_), startsAt_ ? secondsUntil(*startsAt_, now) : 0);
 }
@@ -200,9 +199,9 @@ void Tournament::close() {
 void Tournament::settle() {
   if (!isDue_ || isOver()) return;
   isDue_ = false;
-  bool hasStepped = false;
-  while (!isOver() && step(Clock::now())) hasStepped = true;
-  if (hasStepped) wakeTables();
+  while (!isOver() && step(Clock::now())) {
+  }
+  wakeTables();
   tellLonely();
   armTimer();
 }
@@ -242,6 +241,7 @@ bool Tournament::stepPlay(Clock::time_point now) {
     return true;
   }
   if (eliminateOne(now)) return true;
+  if (areExtrasOver() && busts_.empty()) makeFundFinal();
   if (playersLeft_ == 1) {
     finish();
     return true;
@@ -258,19 +258,18 @@ bool Tournament::stepClock(Clock::time_point now) {
   if (status_ == Status::Prestarted && now >= *firstHandAt_) {
     clock_.start(now);
     setStatus(Status::Started);
-  } else if (status_ == Status::Suspended && resumeAt_ && now >= *resumeAt_) {
-    resume();
+    if (isHostStopping_) halt(now);
   } else if (status_ != Status::Started) {
     return false;
   } else if (clock_.isLevelOver(now)) {
     clock_.endLevel(now);
   } else if (clock_.isStopped() && !clock_.isBreak() && busts_.empty() && allIdle()) {
     clock_.beginBreak(now);
-    tellAll<Start>(Start::TimeBreakSpecialPlayerCountValue, clock_.secondsOfBreak(now));
+    tellTables<Start>(Start::TimeBreakSpecialPlayerCountValue, clock_.secondsOfBreak(now));
   } else if (clock_.isBreakOver(now)) {
     clock_.endBreak(now);
   } else if (clock_.isNoticeDue(now)) {
-    for (const OpenTable& open : tables_) tellLevel(open.table->viewers(), now);
+    for (const OpenTable& open : tables_) tellNextLevel(open.table->viewers(), now);
     return false;
   } else {
     return false;
@@ -280,7 +279,8 @@ bool Tournament::stepClock(Clock::time_point now) {
     tellNews(fmt::format("Level {}: blinds {}/{}", clock_.level(), blinds.smallBlind.toString(),
                          blinds.bigBlind.toString()));
   }
-  if (areExtrasOver()) makeFundFinal();
+  for (OpenTable& open : tables_) open.absentUntil.reset();
+  isAllChanged_ = true;
   offerAddOn();
   changed();
   return true;
@@ -288,18 +288,19 @@ bool Tournament::stepClock(Clock::time_point now) {
 
 void Tournament::armTimer() {
   Moment next;
+  const Clock::time_point now = Clock::now();
   const auto consider = [&](const Moment& moment) {
     if (moment && (!next || *moment < *next)) next = moment;
   };
-  const Clock::time_point now = Clock::now();
   if (status_ == Status::Announced) consider(opensAt_);
   if (status_ == Status::Registering) {
     consider(startsAt_);
     consider(noticeAt_);
+    if (playersTold_ != playersWanted()) consider(countTold_ + kBetweenCounts);
   }
-  if (status_ == Status::Prestarted) consider(firstHandAt_);
-  if (status_ == Status::Suspended) consider(resumeAt_);
-  if (status_ == Status::Started) {
+  // While the house closes, it is hands that are waited for.
+  if (status_ == Status::Prestarted && !isClosing_) consider(firstHandAt_);
+  if (status_ == Status::Started && !isClosing_) {
     consider(clock_.next());
     for (const Bust& bust : busts_) consider(bust.rebuyUntil);
     for (const OpenTable& open : tables_) {
@@ -310,13 +311,7 @@ void Tournament::armTimer() {
   if (!next || isOver()) return;
   timer_.expires_at(*next);
   timer_.async_wait([this](const std::error_code& cancelled) {
-    if (cancelled) return;
-    outbox_.run([this] {
-      isDue_ = true;
-      for (OpenTable& open : tables_) {
-        if (open.absentUntil && Clock::now() >= *open.absentUntil) open.table->proceed();
-      }
-    });
+    if (!cancelled) outbox_.run([this] { isDue_ = true; });
   });
 }
 
@@ -353,9 +348,8 @@ void Tournament::drawSeats(Clock::time_point now) {
     }
     show(*open.table);
   }
-  for (const Player* player : all) sendToTable(player->account.id, *player->table);
   firstHandAt_ = now + settings_.seatingTime;
-  tellPlayers<Start>(0, secondsUntil(*firstHandAt_, now));
+  for (const Player* player : all) sendToTable(player->account.id, *player->table);
 }
 
 void Tournament::finish() {
@@ -390,42 +384,57 @@ void Tournament::closeTables() {
 }
 
 void Tournament::callOff(const std::string& why) {
+  fund_.callOff();
+  calledOff_ = fmt::format("Called off: {}", why);
+  closeTables();
+  for (auto& [account, player] : players_) {
+    player.place = 0;
+    player.prize = kZeroMoney;
+  }
+  tellNews(calledOff_);
+  showFund();
+  setStatus(Status::Finished);
   const std::string text = fmt::format("{} is called off: {} What you have paid is paid back.", settings_.name, why);
   tellPlayers<SrvAdminMsg>("Tournament", text.c_str(), std::uint8_t{0});
-  bank_.callOff(id_);
-  closeTables();
-  tellNews(fmt::format("Called off: {}", why));
-  setStatus(Status::Finished);
 }
 
-void Tournament::suspend(std::optional<std::chrono::seconds> time) {
-  if (status_ != Status::Started) return;
-  const Clock::time_point now = Clock::now();
+void Tournament::suspend() {
+  isHostStopping_ = true;
+  if (status_ == Status::Started) halt(Clock::now());
+}
+
+void Tournament::halt(Clock::time_point now) {
   suspendedAt_ = now;
   clock_.pause(now);
-  resumeAt_ = time ? Moment(now + *time) : std::nullopt;
   setStatus(Status::Suspended);
-  tellAll<Start>(Start::HostBreakSpecialPlayerCountValue, time ? static_cast<std::int32_t>(time->count()) : 0);
+  tellTables<Start>(Start::HostBreakSpecialPlayerCountValue, 0);
 }
 
 void Tournament::resume() {
+  isHostStopping_ = false;
   if (status_ != Status::Suspended) return;
   const Clock::time_point now = Clock::now();
   clock_.resume(now);
   for (Bust& bust : busts_) {
-    if (bust.rebuyUntil != Clock::time_point::min()) bust.rebuyUntil += now - suspendedAt_;
+    if (bust.rebuyUntil != Clock::time_point::min()) bust.rebuyUntil += now - std::max(suspendedAt_, bust.found);
   }
+  for (OpenTable& open : tables_) open.absentUntil.reset();
+  isAllChanged_ = true;
   setStatus(Status::Started);
-  wakeTables();
+  if (clock_.isBreak()) tellTables<Start>(Start::TimeBreakSpecialPlayerCountValue, clock_.secondsOfBreak(now));
 }
 
 // Hands
 
+/// Whether somebody sits there without chips, who may still buy more.
+bool Tournament::isBustAt(const TourTable& table) const {
+  return std::any_of(busts_.begin(), busts_.end(), [&](const Bust& bust) { return bust.table == &table; });
+}
+
 bool Tournament::mayBegin(TourTable& table) {
   if (status_ != Status::Started || isClosing_ || clock_.isStopped()) return false;
   OpenTable& open = find(table);
-  const auto isHere = [&](const Bust& bust) { return bust.table == &table; };
-  if (open.played || std::any_of(busts_.begin(), busts_.end(), isHere)) return false;
+  if (open.played || isBustAt(table) || table.players() < 2) return false;
   if (table.present() != 0) {
     open.absentUntil.reset();
     return true;
@@ -439,10 +448,9 @@ bool Tournament::mayBegin(TourTable& table) {
 }
 
 void Tournament::onHandBegins(TourTable& table) {
+  OpenTable& open = find(table);
+  if (std::exchange(open.level, clock_.level()) == clock_.level()) return;
   const BlindLevel& blinds = clock_.blinds();
-  const Stakes& stakes = table.settings().stakes;
-  const bool isFirst = table.handsPlayed() == 0;
-  if (!isFirst && stakes.smallBlind == blinds.smallBlind && stakes.bigBlind == blinds.bigBlind) return;
   table.setBlinds(blinds.smallBlind, blinds.bigBlind, clock_.level(), clock_.unitsLeft(Clock::now()),
                   settings_.switchType);
 }
@@ -454,44 +462,62 @@ void Tournament::bookHand(TourTable& table, const FinishedHand& booking, const H
 }
 
 void Tournament::onHandOver(TourTable& table) {
-  clock_.countHand(table.settings().gameID);
+  // One that was begun in an earlier level does not count for this one.
+  if (find(table).level == clock_.level()) clock_.countHand(table.settings().gameID);
   changed();
 }
 
 void Tournament::onEntered(TourTable& table, const ConnectionID& viewer, const Seat* seat) {
+  const auto place =
+      std::find_if(tables_.begin(), tables_.end(), [&](const OpenTable& each) { return each.table.get() == &table; });
+  if (place == tables_.end()) return;
   const Clock::time_point now = Clock::now();
+  if (place->level != 0) {
+    const Stakes& stakes = table.settings().stakes;
+    tellLevel(viewer, {stakes.smallBlind, stakes.bigBlind}, place->level, true, now);
+  }
   if (status_ == Status::Prestarted) {
     outbox_.add<Start>(viewer, 0, secondsUntil(*firstHandAt_, now));
   } else if (status_ == Status::Suspended) {
-    outbox_.add<Start>(viewer, Start::HostBreakSpecialPlayerCountValue, resumeAt_ ? secondsUntil(*resumeAt_, now) : 0);
+    outbox_.add<Start>(viewer, Start::HostBreakSpecialPlayerCountValue, 0);
   } else if (clock_.isBreak()) {
     outbox_.add<Start>(viewer, Start::TimeBreakSpecialPlayerCountValue, clock_.secondsOfBreak(now));
+  } else if (place->isLonely) {
+    tellWaitForMove(viewer);
+  } else if (place->absentUntil && table.present() == 0) {
+    outbox_.add<Start>(viewer, Start::SuspendedSpecialPlayerCountValue, 0);
   } else if (status_ == Status::Started) {
-    tellLevel(viewer, now);
+    tellNextLevel(viewer, now);
   }
+  if (seat == nullptr) return;
   for (const Bust& bust : busts_) {
-    if (seat == nullptr || bust.account != seat->account || bust.table != &table) continue;
+    if (bust.account != seat->account || bust.rebuyUntil <= now) continue;
     outbox_.add<OutOfMoney>(viewer, accounts_.balance(bust.account), SrvErrorCode::NotEnoughMoney);
   }
+  if (isAddOnOpen() && !isPrizeAwarded_ && !players_.at(seat->account).hasAddOn) tellAddOn(viewer);
 }
 
-/// The next level, if there is one.
 template <class Target>
-void Tournament::tellLevel(const Target& to, Clock::time_point now) {
-  if (!clock_.hasNextLevel()) return;
-  const BlindLevel& next = clock_.nextBlinds();
+void Tournament::tellLevel(const Target& to, const BlindLevel& blinds, std::int16_t level, bool isSwitching,
+                           Clock::time_point now) {
   const bool isFixed = settings_.limit == LimitType::FixedLimit;
-  outbox_.add<SrvLevelSwitch>(
-      to, isFixed ? next.bigBlind : next.smallBlind, isFixed ? next.bigBlind * 2 : next.bigBlind,
-      static_cast<std::int16_t>(clock_.level() + 1), clock_.unitsLeft(now), settings_.switchType, false);
+  outbox_.add<SrvLevelSwitch>(to, isFixed ? blinds.bigBlind : blinds.smallBlind,
+                              isFixed ? blinds.bigBlind * 2 : blinds.bigBlind, level, clock_.unitsLeft(now),
+                              settings_.switchType, isSwitching);
+}
+
+template <class Target>
+void Tournament::tellNextLevel(const Target& to, Clock::time_point now) {
+  if (!clock_.hasNextLevel()) return;
+  tellLevel(to, clock_.nextBlinds(), static_cast<std::int16_t>(clock_.level() + 1), false, now);
 }
 
 /// What was ordered in the hand, and who has nothing left.
 void Tournament::lookAtHand(OpenTable& open) {
   TourTable& table = *open.table;
-  for (auto& [account, player] : players_) {
-    if (player.table != &table || table.isInHand(account)) continue;
-    const bool hadChips = table.stackOf(account) > kZeroMoney;
+  for (const FinishedHand::Player& played : open.played->players) {
+    Player& player = players_.at(played.account);
+    const bool hadChips = table.stackOf(played.account) > kZeroMoney;
     if (const std::uint32_t count = std::exchange(player.wantsRebuys, 0); count != 0) {
       answer(player, ExtraMoneyRequest::Rebuy, buy(player, ExtraMoneyRequest::Rebuy, count), hadChips);
     }
@@ -502,6 +528,7 @@ void Tournament::lookAtHand(OpenTable& open) {
   checkChips();
   findBusts(open);
   open.played.reset();
+  open.isLookedAt = true;
   show(table);
 }
 
@@ -521,13 +548,13 @@ void Tournament::findBusts(OpenTable& open) {
     const std::size_t distance = fromButton++;
     const Player& player = players_.at(played.account);
     if (player.table != open.table.get() || open.table->stackOf(played.account) > kZeroMoney) continue;
-    Bust bust{played.account, open.table.get(), hand.number, played.before, distance, Clock::time_point::min()};
+    const Clock::time_point now = Clock::now();
+    Bust bust{played.account, open.table.get(), hand.number, played.before, distance, now, Clock::time_point::min()};
+    const ConnectionID connection = open.table->connectionOf(played.account);
     const bool mayBuy = areRebuysOpen() && !isPrizeAwarded_ && player.rebuys < settings_.rebuys;
-    if (mayBuy && host_.connectionOf(played.account).isValid() &&
-        accounts_.balance(played.account) >= settings_.rebuyPrice) {
-      bust.rebuyUntil = Clock::now() + settings_.rebuyTime;
-      outbox_.add<OutOfMoney>(host_.connectionOf(played.account), accounts_.balance(played.account),
-                              SrvErrorCode::NotEnoughMoney);
+    if (mayBuy && connection.isValid() && accounts_.balance(played.account) >= settings_.rebuyPrice) {
+      bust.rebuyUntil = now + settings_.rebuyTime;
+      outbox_.add<OutOfMoney>(connection, accounts_.balance(played.account), SrvErrorCode::NotEnoughMoney);
     }
     busts_.push_back(bust);
   }
@@ -540,9 +567,11 @@ void Tournament::findBusts(OpenTable& open) {
 
 bool Tournament::eliminateOne(Clock::time_point now) {
   if (status_ != Status::Started && !isClosing_) return false;
+  std::uint64_t waits = 0;  // the hand of which somebody may still buy, so that nobody who had more goes before
   for (std::size_t i = 0; i < busts_.size(); ++i) {
     const Bust bust = busts_[i];
-    if (now < bust.rebuyUntil && !isPrizeAwarded_) continue;
+    if (now < bust.rebuyUntil && !isPrizeAwarded_) waits = bust.hand;
+    if (waits == bust.hand) continue;
     busts_.erase(busts_.begin() + static_cast<std::ptrdiff_t>(i));
     eliminate(bust);
     return true;
@@ -581,16 +610,21 @@ bool Tournament::allIdle() const {
   return std::all_of(tables_.begin(), tables_.end(), [](const OpenTable& open) { return open.table->isIdle(); });
 }
 
+/// Tables that wait for what has changed begin their hands.
 void Tournament::wakeTables() {
-  // A table that proceeds may not begin a hand at once, so that nothing here changes meanwhile.
-  for (OpenTable& open : tables_) open.table->proceed();
+  const bool all = std::exchange(isAllChanged_, false);
+  const Clock::time_point now = Clock::now();
+  for (OpenTable& open : tables_) {
+    const bool isOverdue = open.absentUntil && *open.absentUntil <= now;
+    if (std::exchange(open.isLookedAt, false) || all || isOverdue) open.table->proceed();
+  }
 }
 
 /// One step towards as few and as even tables as possible.
 bool Tournament::rearrange() {
   std::vector<TableLoad> loads;
   for (const OpenTable& open : tables_) {
-    const bool isFree = open.table->isIdle() && !open.played;
+    const bool isFree = open.table->isIdle() && !open.played && !isBustAt(*open.table);
     loads.push_back({open.table->settings().gameID, open.table->players(), isFree});
   }
   if (const auto superfluous = tableToBreak(loads, settings_.seats)) {
@@ -628,10 +662,7 @@ void Tournament::breakTable(std::uint32_t tableID) {
   for (const AccountID account : movers) movePlayer(account, broken, smallestTable());
   // Who only looked on goes along.
   const ConnectionsSet onlookers = broken.viewers();
-  for (const ConnectionID& viewer : onlookers) {
-    outbox_.add<SrvTourMoveToTable>(viewer, tables_.front().table->settings().gameID);
-    host_.bringTo(viewer, *tables_.front().table);
-  }
+  for (const ConnectionID& viewer : onlookers) showSomeTable(viewer);
   board_.removeTable(tableID);
   if (tables_.size() == 1) tellNews("The final table");
   changed();
@@ -639,8 +670,9 @@ void Tournament::breakTable(std::uint32_t tableID) {
 
 void Tournament::movePlayer(AccountID account, TourTable& from, TourTable& to) {
   Player& player = players_.at(account);
+  const bool sitsOut = from.sitsOut(account);
   const RealMoneyType chips = from.unseat(account);
-  to.seat(player.account, chips);
+  to.seat(player.account, chips, sitsOut);
   player.table = &to;
   for (Bust& bust : busts_) {
     if (bust.account == account) bust.table = &to;
@@ -660,6 +692,13 @@ void Tournament::sendToTable(AccountID account, TourTable& table) {
   host_.bringTo(connection, table);
 }
 
+void Tournament::showSomeTable(const ConnectionID& client) {
+  if (tables_.empty()) return;
+  TourTable& table = *tables_.front().table;
+  outbox_.add<SrvTourMoveToTable>(client, table.settings().gameID);
+  host_.bringTo(client, table);
+}
+
 void Tournament::bringToTable(AccountID account) {
   const Player* entry = player(account);
   if (entry != nullptr && entry->table != nullptr) sendToTable(account, *entry->table);
@@ -670,16 +709,27 @@ void Tournament::tellLonely() {
   for (OpenTable& open : tables_) {
     const bool wasLonely = open.isLonely;
     open.isLonely = status_ == Status::Started && open.table->players() == 1 && tables_.size() > 1;
-    if (!open.isLonely || wasLonely) continue;
-    const auto seconds = std::chrono::ceil<std::chrono::seconds>(settings_.replyTime + settings_.handPause);
-    open.table->tell<Start>(Start::SusOnMoveSpecialPlayerCountValue, static_cast<std::int32_t>(seconds.count()));
+    if (open.isLonely && !wasLonely) tellWaitForMove(open.table->viewers());
   }
+}
+
+/// They come when the hands at their tables are over, which nobody can foresee: about a turn's time.
+template <class Target>
+void Tournament::tellWaitForMove(const Target& to) {
+  const auto seconds = std::chrono::ceil<std::chrono::seconds>(settings_.replyTime + settings_.handPause);
+  outbox_.add<Start>(to, Start::SusOnMoveSpecialPlayerCountValue, static_cast<std::int32_t>(seconds.count()));
 }
 
 // Extra chips
 
 bool Tournament::areRebuysOpen() const {
   return status_ >= Status::Started && static_cast<std::uint32_t>(clock_.level()) <= settings_.rebuyLevels;
+}
+
+/// Who was given time to buy has it, whatever the clock says.
+bool Tournament::mayRebuy(AccountID account) const {
+  const auto isPending = [&](const Bust& bust) { return bust.account == account; };
+  return areRebuysOpen() || std::any_of(busts_.begin(), busts_.end(), isPending);
 }
 
 bool Tournament::isAddOnInBreak() const {
@@ -702,9 +752,15 @@ bool Tournament::areExtrasOver() const {
 void Tournament::offerAddOn() {
   if (isAddOnOffered_ || !isAddOnOpen() || isPrizeAwarded_) return;
   isAddOnOffered_ = true;
+  for (const auto& [account, player] : players_) {
+    if (player.place == 0) tellAddOn(host_.connectionOf(account));
+  }
+}
+
+void Tournament::tellAddOn(const ConnectionID& client) {
   const std::string text = fmt::format("Add-ons are open: {} chips for {}.", settings_.addOnChips.toString(),
                                        settings_.addOnPrice.toString());
-  tellPlayers<SrvAdminMsg>("Tournament", text.c_str(), std::uint8_t{0});
+  outbox_.add<SrvAdminMsg>(client, "Tournament", text.c_str(), std::uint8_t{0});
 }
 
 Tournament::Reply Tournament::whyNotBuy(Player& player, const ClGetExtraMoney& request) const {
@@ -714,7 +770,7 @@ Tournament::Reply Tournament::whyNotBuy(Player& player, const ClGetExtraMoney& r
   if (clock_.level() == 0) return Reply::NotStarted;
   if (isPrizeAwarded_) return Reply::PrizeAwarded;
   if (isRebuy) {
-    if (!areRebuysOpen()) return Reply::TooLate;
+    if (!mayRebuy(player.account.id)) return Reply::TooLate;
     if (count > settings_.rebuys - player.rebuys) return Reply::NoRebuysLeft;
     if (!pays(request.moneyChooser(), settings_.rebuyPrice * count)) return Reply::Failed;
     return Reply::Done;
@@ -745,9 +801,9 @@ void Tournament::getExtraMoney(const ConnectionID& client, AccountID account, co
     const bool hadChips = player.table->stackOf(account) > kZeroMoney;
     answer(player, type, buy(player, type, count), hadChips);
   } else if (type == ExtraMoneyRequest::Rebuy) {
-    player.wantsRebuys = count;
-  } else {
-    player.wantsAddOn = true;
+    if (std::exchange(player.wantsRebuys, count) != 0) answer(player, type, Reply::None, false);
+  } else if (std::exchange(player.wantsAddOn, true)) {
+    answer(player, type, Reply::None, false);
   }
 }
 
@@ -758,7 +814,7 @@ Tournament::Reply Tournament::buy(Player& player, ExtraMoneyRequest type, std::u
   if (isPrizeAwarded_) return Reply::PrizeAwarded;
   if (type == ExtraMoneyRequest::Rebuy) {
     if (player.table->stackOf(account) >= settings_.chips) return Reply::BalanceTooHigh;
-    if (!areRebuysOpen()) return Reply::TooLate;
+    if (!mayRebuy(account)) return Reply::TooLate;
     if (!fund_.buyRebuys(account, count)) return Reply::NotEnoughMoney;
     player.rebuys += count;
     chips = settings_.rebuyChips * count;
@@ -810,13 +866,11 @@ void Tournament::show(TourTable& table) {
   entry.name = table.settings().name;
   entry.players = static_cast<std::uint32_t>(table.players());
   bool isFirst = true;
-  table.forEachSeat(
-      [&](const SeatID&, const std::string&, const RealMoneyType& stack, const RealMoneyType& bet, UserState) {
-        const RealMoneyType chips = stack + bet;
-        entry.smallestStack = isFirst ? chips : std::min(entry.smallestStack, chips);
-        entry.largestStack = std::max(entry.largestStack, chips);
-        isFirst = false;
-      });
+  table.forEachStack([&](const std::string&, const RealMoneyType& chips) {
+    entry.smallestStack = isFirst ? chips : std::min(entry.smallestStack, chips);
+    entry.largestStack = std::max(entry.largestStack, chips);
+    isFirst = false;
+  });
   board_.setTable(entry);
 }
 
@@ -842,7 +896,7 @@ void Tournament::describe(TourListEntry& line) const {
 
 TournamentDetailedInfo Tournament::details() const {
   TournamentDetailedInfo info;
-  info.description = settings_.description;
+  info.description = calledOff_.empty() ? settings_.description : calledOff_;
   info.finished = isOver();
   info.version = changes_;
   std::vector<std::pair<const Player*, RealMoneyType>> shown;

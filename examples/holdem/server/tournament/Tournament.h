@@ -111,12 +111,14 @@ class Tournament final : private TourTableHost {
   SrvTourUnregisterResult::Reason withdraw(AccountID account);
   /// Brings the player to its table, if there is one.
   void bringToTable(AccountID account);
+  /// Lets somebody look at one of the tables, if there is one.
+  void showSomeTable(const ConnectionID& client);
   void getExtraMoney(const ConnectionID& client, AccountID account, const ClGetExtraMoney& request);
   /// Tells a player who has just logged on how it stands.
   void welcome(const ConnectionID& client, AccountID account);
 
-  /// The host stops all tables after their hands, for ever or for so long.
-  void suspend(std::optional<std::chrono::seconds> time);
+  /// The host stops all tables after their hands; one that has not started does so and stops.
+  void suspend();
   void resume();
   /// Calls it off as soon as no hand is played.
   void close();
@@ -134,8 +136,9 @@ class Tournament final : private TourTableHost {
     AccountID account;
     TourTable* table;
     std::uint64_t hand;
-    RealMoneyType before;          // the stack at the beginning of that hand
-    std::size_t fromButton;        // so many players sit nearer to the left of it
+    RealMoneyType before;    // the stack at the beginning of that hand
+    std::size_t fromButton;  // so many players sit nearer to the left of it
+    Clock::time_point found;
     Clock::time_point rebuyUntil;  // it may buy more; min() for who may not
   };
   struct OpenTable {
@@ -143,6 +146,8 @@ class Tournament final : private TourTableHost {
     std::optional<FinishedHand> played;  // a hand that is over and has not been looked at
     Moment absentUntil;                  // nobody is there, and it waits so long
     bool isLonely = false;               // one player, who was told to wait for others
+    bool isLookedAt = false;             // its last hand; another one may begin
+    std::int16_t level = 0;              // of its last hand; 0 before the first
   };
 
   std::uint64_t nextHandNumber() override { return host_.nextHandNumber(); }
@@ -168,6 +173,7 @@ class Tournament final : private TourTableHost {
   std::uint32_t playersWanted() const;
   void tellCountdown(Clock::time_point now);
   void drawSeats(Clock::time_point now);
+  void halt(Clock::time_point now);
   void finish();
   void closeTables();
   void callOff(const std::string& why);
@@ -175,6 +181,7 @@ class Tournament final : private TourTableHost {
   void lookAtHand(OpenTable& open);
   void checkChips();
   void findBusts(OpenTable& open);
+  bool isBustAt(const TourTable& table) const;
   bool eliminateOne(Clock::time_point now);
   void eliminate(const Bust& bust);
   void givePlace(Player& player);
@@ -192,6 +199,7 @@ class Tournament final : private TourTableHost {
   void show(TourTable& table);
 
   bool areRebuysOpen() const;
+  bool mayRebuy(AccountID account) const;
   bool isAddOnInBreak() const;
   bool isAddOnOpen() const;
   bool areExtrasOver() const;
@@ -199,15 +207,21 @@ class Tournament final : private TourTableHost {
   Reply buy(Player& player, ExtraMoneyRequest type, std::uint32_t count);
   void answer(const Player& player, ExtraMoneyRequest type, Reply reason, bool hadChips);
   void offerAddOn();
+  void tellAddOn(const ConnectionID& client);
   void makeFundFinal();
   void showFund();
 
   template <class Target>
-  void tellLevel(const Target& to, Clock::time_point now);
+  void tellLevel(const Target& to, const BlindLevel& blinds, std::int16_t level, bool isSwitching,
+                 Clock::time_point now);
+  template <class Target>
+  void tellNextLevel(const Target& to, Clock::time_point now);
+  template <class Target>
+  void tellWaitForMove(const Target& to);
   template <class T, class... Args>
   void tellPlayers(Args&&... args);
   template <class T, class... Args>
-  void tellAll(Args&&... args);
+  void tellTables(Args&&... args);
   void tellNews(const std::string& text) { board_.setText(MultiTourText::News, text); }
   std::uint64_t draw();
 
@@ -242,10 +256,13 @@ class Tournament final : private TourTableHost {
   Moment noticeAt_;                // of the seconds to the start
   std::uint32_t playersTold_ = 0;  // that were wanted
   Moment firstHandAt_;
+  Clock::time_point countTold_{};  // when playersTold_ was
   Clock::time_point suspendedAt_;
-  Moment resumeAt_;
+  bool isHostStopping_ = false;
+  std::string calledOff_;  // why; empty when it is not
   bool isAddOnOffered_ = false;
 
+  bool isAllChanged_ = false;  // for each table
   bool isDue_ = true;
   asio::steady_timer timer_;
 };

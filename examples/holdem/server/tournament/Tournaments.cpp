@@ -39,7 +39,7 @@ void Tournaments::welcome(const ConnectionID& client, AccountID account) {
 }
 
 void Tournaments::suspend() {
-  for (const auto& each : all_) each->suspend(std::nullopt);
+  for (const auto& each : all_) each->suspend();
 }
 
 void Tournaments::resume() {
