@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -205,20 +206,23 @@ TEST(Tournaments, ASecondPictureWaitsForTheConfirmationOfTheFirst) {
 }
 
 TEST(Tournaments, CountDownAndTakeTheirPlayersToTheTable) {
-  Place place(houseWith({quickTour(3)}));
+  TourSettings tour = quickTour(3);
+  tour.seatingTime = 500ms;
+  Place place(houseWith({tour}));
   Entrant ann(place, "Ann"), bob(place, "Bob"), cleo(place, "Cleo");
   ASSERT_EQ(ann.enters(), Registration::Registered);
   ASSERT_TRUE(ann.guest.isAnswered());
   EXPECT_EQ(ann.guest.heard<SrvTourTourneyStatus>()->status(), TourStatus::Registering);
   EXPECT_EQ(ann.guest.heard<SrvTourStartInfo>()->infoText(),
             "The tournament will start when another 2 players register.");
+  // Of changes that come one upon the other, all hear once a second.
   ASSERT_EQ(bob.enters(), Registration::Registered);
-  ASSERT_TRUE(ann.guest.isAnswered());
-  EXPECT_EQ(ann.guest.heard<SrvTourStartInfo>()->infoText(),
-            "The tournament will start when one more player registers.");
+  EXPECT_TRUE(ann.guest.waitFor([&] {
+    return ann.guest.heard<SrvTourStartInfo>()->infoText() ==
+           "The tournament will start when one more player registers.";
+  }));
   ASSERT_EQ(bob.withdraws(), Withdrawal::Unregistered);
-  ASSERT_TRUE(ann.guest.isAnswered());
-  EXPECT_EQ(ann.guest.heard<SrvTourStartInfo>()->getPlayers(), 2);
+  EXPECT_TRUE(ann.guest.waitFor([&] { return ann.guest.heard<SrvTourStartInfo>()->getPlayers() == 2; }));
   ASSERT_EQ(bob.enters(), Registration::Registered);
   bob.guest.close();
   ann.guest.forget();
@@ -233,6 +237,8 @@ TEST(Tournaments, CountDownAndTakeTheirPlayersToTheTable) {
   EXPECT_TRUE(state.ownSeat.isValid());
   EXPECT_EQ(info.ownSeat, state.ownSeat);
   EXPECT_EQ(state.seats.size(), 3u);
+  EXPECT_EQ(ann.guest.heard<SrvTourStartInfo>()->getPlayers(), 0);
+  EXPECT_EQ(ann.guest.heard<SrvTourStartInfo>()->getSeconds(), 1);
   ASSERT_TRUE(ann.guest.waitFor([&] { return ann.guest.heard<SrvGameStart>() != nullptr; }));
   EXPECT_EQ(ann.guest.heard<SrvTourTourneyStatus>()->status(), TourStatus::Started);
   EXPECT_TRUE(ann.guest.heard<SrvLevelSwitch>()->isSwitching());
@@ -275,6 +281,9 @@ TEST(Tournaments, StartByTheirTimeOrAreCalledOff) {
   EXPECT_EQ(notice->message(),
             "Quick is called off: Too few players have registered. What you have paid is paid back.");
   EXPECT_TRUE(tourOf(place, 1).isOver());
+  EXPECT_EQ(bob.enters(1), Registration::AlreadyStarted);
+  bob.guest.send<ClGetTourDetails>(bob.tour(1), 0u);
+  EXPECT_EQ(bob.guest.hears<SrvTourDetails>()->getInfo().description, "Called off: Too few players have registered.");
   EXPECT_EQ(bob.balance(), units(945));
   EXPECT_EQ(place.bank().audit().difference(), kZeroMoney);
 }
@@ -326,11 +335,7 @@ class AllIn {
   }
 
  private:
-  std::uint64_t hands() {
-    std::uint64_t sum = 0;
-    tourOf(place_).forEachTable([&](TourTable& table) { sum += table.handsPlayed(); });
-    return tourOf(place_).isOver() ? UINT64_MAX : sum;
-  }
+  std::uint64_t hands() { return place_.bank().lastHandNumber(); }
 
   Place& place_;
   std::vector<Entrant*> players_;
@@ -363,6 +368,49 @@ TEST(Tournaments, GiveAPlaceAndAPrizeToEachAndPayThem) {
   EXPECT_EQ(audit.difference(), kZeroMoney);
   EXPECT_EQ(audit.rake, units(15));
   EXPECT_EQ(audit.issued, units(3000 + 250));  // what was missing of the guarantee
+}
+
+TEST(Tournaments, MovePlayersBetweenHandsAndOnlookersWithThem) {
+  TourSettings tour = quickTour(4);
+  tour.seats = 2;
+  Place place(houseWith({tour}));
+  Entrant ann(place, "Ann"), bob(place, "Bob"), cleo(place, "Cleo"), dan(place, "Dan"), eve(place, "Eve");
+  const std::vector<Entrant*> all = {&ann, &bob, &cleo, &dan};
+  for (Entrant* each : all) ASSERT_EQ(each->enters(), Registration::Registered);
+  std::map<std::uint32_t, std::vector<Entrant*>> tables;
+  for (Entrant* each : all) {
+    ASSERT_NE(each->guest.hears<SrvTourMoveToTable>(), nullptr);
+    tables[each->guest.heard<SrvTourMoveToTable>()->tableID()].push_back(each);
+  }
+  ASSERT_EQ(tables.size(), 2u);
+  const auto& [firstTable, atFirst] = *tables.begin();
+  const auto& [lastTable, atLast] = *tables.rbegin();
+  eve.guest.enter(lastTable);
+  ASSERT_NE(eve.guest.hears<SrvTableState>(), nullptr);
+
+  // One is left at the first table, which waits for the other one.
+  AllIn first(place, atFirst);
+  while (tourOf(place).playersLeft() == 4) first.playHand();
+  Entrant& lonely = *atFirst[atFirst[0]->guest.heard<SrvTourPlayerFinished>() != nullptr ? 1 : 0];
+  Entrant& out = &lonely == atFirst[0] ? *atFirst[1] : *atFirst[0];
+  EXPECT_EQ(out.guest.hears<SrvTourPlayerFinished>()->getText(), "You have finished in place 4 of 4.");
+  ASSERT_TRUE(lonely.guest.isAnswered());
+  EXPECT_EQ(lonely.guest.heard<SrvTourStartInfo>()->getPlayers(), SrvTourStartInfo::SusOnMoveSpecialPlayerCountValue);
+  EXPECT_EQ(out.enters(), Registration::AlreadyStarted);
+  // At the other table one gives its chips away, until the last two of the tournament come together at the first.
+  atLast[0]->guest.send<ClLeaveSeat>();
+  AllIn last(place, {atLast[1]});
+  while (tourOf(place).playersLeft() == 3) last.playHand();
+  ASSERT_TRUE(place.runUntil([&] { return tourOf(place).table(lastTable) == nullptr || tourOf(place).isOver(); }));
+  ASSERT_TRUE(eve.guest.isAnswered());
+  ASSERT_NE(eve.guest.heard<SrvTourMoveToTable>(), nullptr);
+  EXPECT_EQ(eve.guest.heard<SrvTableState>()->getState().gameID, firstTable);
+  // A number of a table that is broken leads to another one, if there is one.
+  Entrant flo(place, "Flo");
+  flo.guest.enter(lastTable);
+  ASSERT_TRUE(flo.guest.isAnswered());
+  EXPECT_EQ(flo.guest.heard<SrvTourMoveToTable>() != nullptr, !tourOf(place).isOver());
+  EXPECT_FALSE(flo.guest.isClosed);
 }
 
 TEST(Tournaments, SellChipsWhileThereIsTimeForIt) {
