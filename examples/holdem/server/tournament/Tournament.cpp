@@ -168,8 +168,7 @@ void Tournament::welcome(const ConnectionID& client, AccountID account) {
   const Player* entry = player(account);
   if (entry == nullptr || (entry->place != 0 && !isOver())) return;
   outbox_.add<SrvTourTourneyStatus>(client, status_, id_);
-  // With another count of players than they know, all are about to be told.
-  if (status_ > Status::Registering || playersTold_ != playersWanted()) return;
+  if (status_ > Status::Registering || isCountNew()) return;  // all are about to be told
   const std::int32_t seconds = startsAt_ ? secondsUntil(*startsAt_, Clock::now()) : 0;
   outbox_.add<Start>(client, static_cast<std::int32_t>(playersWanted()), seconds);
 }
@@ -178,10 +177,13 @@ std::uint32_t Tournament::playersWanted() const {
   return static_cast<std::uint32_t>(settings_.startWith - std::min(settings_.startWith, players_.size()));
 }
 
+/// Whether the players know another count of those who are wanted.
+bool Tournament::isCountNew() const { return !players_.empty() && playersTold_ != playersWanted(); }
+
 void Tournament::tellCountdown(Clock::time_point now) {
   if (startsAt_ && !noticeAt_) noticeAt_ = nextNotice(*startsAt_, now);
   const bool isNoticeDue = noticeAt_ && now >= *noticeAt_;
-  const bool isCountDue = playersTold_ != playersWanted() && now >= countTold_ + kBetweenCounts;
+  const bool isCountDue = isCountNew() && now >= countTold_ + kBetweenCounts;
   if (!isNoticeDue && !isCountDue) return;
   playersTold_ = playersWanted();
   countTold_ = now;
@@ -296,7 +298,7 @@ void Tournament::armTimer() {
   if (status_ == Status::Registering) {
     consider(startsAt_);
     consider(noticeAt_);
-    if (playersTold_ != playersWanted()) consider(countTold_ + kBetweenCounts);
+    if (isCountNew()) consider(countTold_ + kBetweenCounts);
   }
   // While the house closes, it is hands that are waited for.
   if (status_ == Status::Prestarted && !isClosing_) consider(firstHandAt_);

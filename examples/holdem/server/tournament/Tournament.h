@@ -171,6 +171,7 @@ class Tournament final : private TourTableHost {
   void armTimer();
 
   std::uint32_t playersWanted() const;
+  bool isCountNew() const;
   void tellCountdown(Clock::time_point now);
   void drawSeats(Clock::time_point now);
   void halt(Clock::time_point now);
