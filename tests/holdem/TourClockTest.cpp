@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <string>
 
 namespace poker::holdem {
 namespace {
@@ -75,6 +76,41 @@ TEST(TourClock, StopsForBreaksAndGoesOnWithTheNextLevel) {
   EXPECT_FALSE(clock.isStopped());
   EXPECT_EQ(clock.level(), 3);
   EXPECT_EQ(clock.unitsLeft(kStart + 490s), 30);
+}
+
+TEST(TourClock, KnowsWhenChipsMayBeBought) {
+  TourSettings tour = fourLevels(TOUR_NAMES::SwitchType::ByTime, 300);
+  tour.rebuyLevels = 2;
+  const auto opened = [&] {  // in each level: r for re-buys, a for add-ons, x when both are over; b: the break after it
+    TourClock clock(tour);
+    std::string text = clock.areRebuysOpen() || clock.isAddOnOpen() || clock.areExtrasOver() ? "!" : "";
+    const auto note = [&] {
+      text += clock.areRebuysOpen() ? "r" : "";
+      text += clock.isAddOnOpen() ? "a" : "";
+      text += clock.areExtrasOver() ? "x" : "";
+      text += ' ';
+    };
+    clock.start(kStart);
+    for (int level = 1; level < 4; ++level) {
+      note();
+      clock.endLevel(kStart);
+      if (!clock.isStopped()) continue;
+      clock.beginBreak(kStart);
+      text += 'b';
+      note();
+      clock.endBreak(kStart);
+    }
+    return text;
+  };
+  EXPECT_EQ(opened(), "r r x ");
+  tour.addOnChips = RealMoneyType::fromUnits(1000);
+  EXPECT_EQ(opened(), "r r a ");
+  tour.breakEvery = 2;
+  EXPECT_EQ(opened(), "r r bra x ");
+  tour.breakEvery = 1;
+  EXPECT_EQ(opened(), "r br r bra x bx ");
+  tour.rebuyLevels = 0;
+  EXPECT_EQ(opened(), "a ba x bx x bx ");
 }
 
 TEST(TourClock, CountsTheHandsOfTheTableThatPlaysMost) {

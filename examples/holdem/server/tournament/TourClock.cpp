@@ -73,6 +73,20 @@ void TourClock::endBreak(Clock::time_point now) {
   begin(static_cast<std::int16_t>(level_ + 1), now);
 }
 
+bool TourClock::isAddOnInBreak() const {
+  return settings_.breakEvery != 0 && settings_.rebuyLevels != 0 && settings_.rebuyLevels % settings_.breakEvery == 0;
+}
+
+bool TourClock::isAddOnOpen() const {
+  if (settings_.addOnChips == kZeroMoney || level_ == 0) return false;
+  return isAddOnInBreak() ? number() == settings_.rebuyLevels && isBreak() : number() == settings_.rebuyLevels + 1;
+}
+
+bool TourClock::areExtrasOver() const {
+  const bool addOnFollows = settings_.addOnChips != kZeroMoney && !isAddOnInBreak();
+  return level_ != 0 && number() > settings_.rebuyLevels + (addOnFollows ? 1 : 0);
+}
+
 void TourClock::resume(Clock::time_point now) {
   for (std::optional<Clock::time_point>* moment : {&endsAt_, &noticeAt_, &breakUntil_}) {
     if (*moment) **moment += now - pausedAt_;

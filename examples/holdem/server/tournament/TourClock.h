@@ -9,7 +9,7 @@
 
 namespace poker::holdem {
 
-/// The levels of a tournament and the breaks between them. It has no timer: whoever owns it asks at next() what is due.
+/// The levels of a tournament, the breaks between them, and what chips may be bought when. It has no timer: whoever owns it asks at next() what is due.
 class TourClock {
  public:
   /// @param settings  must outlive the clock
@@ -43,6 +43,13 @@ class TourClock {
   std::int32_t secondsOfBreak(Clock::time_point now) const;
   void endBreak(Clock::time_point now);
 
+  // When chips may be bought beside the first ones.
+
+  bool areRebuysOpen() const { return level_ != 0 && number() <= settings_.rebuyLevels; }
+  bool isAddOnOpen() const;
+  /// Neither of them is open, nor will be.
+  bool areExtrasOver() const;
+
   /// The clock stands from now on. It must not be asked for anything that takes a time meanwhile.
   void pause(Clock::time_point now) { pausedAt_ = now; }
   void resume(Clock::time_point now);
@@ -53,6 +60,8 @@ class TourClock {
  private:
   const BlindLevel& blindsOf(std::int16_t level) const;
   void begin(std::int16_t level, Clock::time_point now);
+  std::uint32_t number() const { return static_cast<std::uint32_t>(level_); }
+  bool isAddOnInBreak() const;
   bool isByTime() const { return settings_.switchType == TOUR_NAMES::SwitchType::ByTime; }
   std::uint32_t mostHands() const;
 

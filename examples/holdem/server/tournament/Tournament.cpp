@@ -243,7 +243,7 @@ bool Tournament::stepPlay(Clock::time_point now) {
     return true;
   }
   if (eliminateOne(now)) return true;
-  if (areExtrasOver() && busts_.empty()) makeFundFinal();
+  if (clock_.areExtrasOver() && busts_.empty()) makeFundFinal();
   if (playersLeft_ == 1) {
     finish();
     return true;
@@ -496,7 +496,7 @@ void Tournament::onEntered(TourTable& table, const ConnectionID& viewer, const S
     if (bust.account != seat->account || bust.rebuyUntil <= now) continue;
     outbox_.add<OutOfMoney>(viewer, accounts_.balance(bust.account), SrvErrorCode::NotEnoughMoney);
   }
-  if (isAddOnOpen() && !isPrizeAwarded_ && !players_.at(seat->account).hasAddOn) tellAddOn(viewer);
+  if (clock_.isAddOnOpen() && !isPrizeAwarded_ && !players_.at(seat->account).hasAddOn) tellAddOn(viewer);
 }
 
 template <class Target>
@@ -553,7 +553,7 @@ void Tournament::findBusts(OpenTable& open) {
     const Clock::time_point now = Clock::now();
     Bust bust{played.account, open.table.get(), hand.number, played.before, distance, now, Clock::time_point::min()};
     const ConnectionID connection = open.table->connectionOf(played.account);
-    const bool mayBuy = areRebuysOpen() && !isPrizeAwarded_ && player.rebuys < settings_.rebuys;
+    const bool mayBuy = clock_.areRebuysOpen() && !isPrizeAwarded_ && player.rebuys < settings_.rebuys;
     if (mayBuy && connection.isValid() && accounts_.balance(played.account) >= settings_.rebuyPrice) {
       bust.rebuyUntil = now + settings_.rebuyTime;
       outbox_.add<OutOfMoney>(connection, accounts_.balance(played.account), SrvErrorCode::NotEnoughMoney);
@@ -724,35 +724,14 @@ void Tournament::tellWaitForMove(const Target& to) {
 
 // Extra chips
 
-bool Tournament::areRebuysOpen() const {
-  return status_ >= Status::Started && static_cast<std::uint32_t>(clock_.level()) <= settings_.rebuyLevels;
-}
-
 /// Who was given time to buy has it, whatever the clock says.
 bool Tournament::mayRebuy(AccountID account) const {
   const auto isPending = [&](const Bust& bust) { return bust.account == account; };
-  return areRebuysOpen() || std::any_of(busts_.begin(), busts_.end(), isPending);
-}
-
-bool Tournament::isAddOnInBreak() const {
-  return settings_.breakEvery != 0 && settings_.rebuyLevels != 0 && settings_.rebuyLevels % settings_.breakEvery == 0;
-}
-
-bool Tournament::isAddOnOpen() const {
-  const auto level = static_cast<std::uint32_t>(clock_.level());
-  if (settings_.addOnChips == kZeroMoney || clock_.level() == 0) return false;
-  return isAddOnInBreak() ? level == settings_.rebuyLevels && clock_.isBreak() : level == settings_.rebuyLevels + 1;
-}
-
-/// Neither a re-buy nor an add-on will be made any more.
-bool Tournament::areExtrasOver() const {
-  const bool addOnFollows = settings_.addOnChips != kZeroMoney && !isAddOnInBreak();
-  const std::uint32_t last = settings_.rebuyLevels + (addOnFollows ? 1 : 0);
-  return status_ >= Status::Started && static_cast<std::uint32_t>(clock_.level()) > last;
+  return clock_.areRebuysOpen() || std::any_of(busts_.begin(), busts_.end(), isPending);
 }
 
 void Tournament::offerAddOn() {
-  if (isAddOnOffered_ || !isAddOnOpen() || isPrizeAwarded_) return;
+  if (isAddOnOffered_ || !clock_.isAddOnOpen() || isPrizeAwarded_) return;
   isAddOnOffered_ = true;
   for (const auto& [account, player] : players_) {
     if (player.place == 0) tellAddOn(host_.connectionOf(account));
@@ -779,7 +758,7 @@ Tournament::Reply Tournament::whyNotBuy(Player& player, const ClGetExtraMoney& r
   }
   if (request.getType() != ExtraMoneyRequest::AddOn || player.hasAddOn) return Reply::Failed;
   if (settings_.addOnChips == kZeroMoney || !pays(request.moneyChooser(), settings_.addOnPrice)) return Reply::Failed;
-  if (isAddOnOpen()) return Reply::Done;
+  if (clock_.isAddOnOpen()) return Reply::Done;
   return level > settings_.rebuyLevels ? Reply::TooLate : Reply::Failed;
 }
 
@@ -821,7 +800,7 @@ Tournament::Reply Tournament::buy(Player& player, ExtraMoneyRequest type, std::u
     player.rebuys += count;
     chips = settings_.rebuyChips * count;
   } else {
-    if (!isAddOnOpen()) return Reply::TooLate;
+    if (!clock_.isAddOnOpen()) return Reply::TooLate;
     if (!fund_.buyAddOn(account)) return Reply::NotEnoughMoney;
     player.hasAddOn = true;
   }
@@ -835,7 +814,7 @@ Tournament::Reply Tournament::buy(Player& player, ExtraMoneyRequest type, std::u
 }
 
 void Tournament::answer(const Player& player, ExtraMoneyRequest type, Reply reason, bool hadChips) {
-  const bool flag = type == ExtraMoneyRequest::Rebuy ? hadChips : isAddOnOpen() && !player.hasAddOn;
+  const bool flag = type == ExtraMoneyRequest::Rebuy ? hadChips : clock_.isAddOnOpen() && !player.hasAddOn;
   outbox_.add<SrvGetExtraMoneyReply>(host_.connectionOf(player.account.id), type, reason,
                                      settings_.rebuys - player.rebuys, flag);
 }

@@ -199,11 +199,7 @@ class Tournament final : private TourTableHost {
   void show(const Player& player);
   void show(TourTable& table);
 
-  bool areRebuysOpen() const;
   bool mayRebuy(AccountID account) const;
-  bool isAddOnInBreak() const;
-  bool isAddOnOpen() const;
-  bool areExtrasOver() const;
   Reply whyNotBuy(Player& player, const ClGetExtraMoney& request) const;
   Reply buy(Player& player, ExtraMoneyRequest type, std::uint32_t count);
   void answer(const Player& player, ExtraMoneyRequest type, Reply reason, bool hadChips);
