@@ -1,3 +1,4 @@
+#include "BankOutcome.h"
 #include "TempFolder.h"
 
 #include <SQLiteCpp/SQLiteCpp.h>
@@ -24,6 +25,8 @@
 namespace poker::holdem {
 namespace {
 
+using test::Outcome;
+using test::outcomeOf;
 using test::TempFolder;
 using testing::HasSubstr;
 using testing::ThrowsMessage;
@@ -36,16 +39,6 @@ BankSettings settings(const std::string& file = ":memory:") { return {file, 1}; 
 std::string bytesOf(const std::string& file) {
   std::ifstream in(file, std::ios::binary);
   return {std::istreambuf_iterator<char>(in), {}};
-}
-
-enum class Outcome { Done, Refused, Thrown };
-
-Outcome outcomeOf(auto operation) {
-  try {
-    return operation() ? Outcome::Done : Outcome::Refused;
-  } catch (const BankError&) {
-    return Outcome::Thrown;
-  }
 }
 
 // Four of six players find a seat. Each step's outcome, and all money after it, is what this small copy of the bank says.

@@ -1,3 +1,4 @@
+#include "BankOutcome.h"
 #include "TempFolder.h"
 
 #include <examples/holdem/server/bank/TourBank.h>
@@ -16,20 +17,12 @@
 namespace poker::holdem {
 namespace {
 
+using test::Outcome;
+using test::outcomeOf;
 using testing::HasSubstr;
 using testing::ThrowsMessage;
 
 constexpr RealMoneyType cents(std::int64_t count) { return RealMoneyType::fromHundredths(count); }
-
-enum class Outcome { Done, Refused, Thrown };
-
-Outcome outcomeOf(auto operation) {
-  try {
-    return operation() ? Outcome::Done : Outcome::Refused;
-  } catch (const BankError&) {
-    return Outcome::Thrown;
-  }
-}
 
 // Each step's outcome, and all money after it, is what this small copy of the bank says.
 TEST(TourBank, KeepsMoneyThroughAnyOperations) {
