@@ -1,4 +1,4 @@
-#include <examples/holdem/client/tournament/TourText.h>
+#include <examples/holdem/client/tournament/TourLobbyText.h>
 #include <hostkit/CommandHandle.h>
 
 #include <gmock/gmock.h>

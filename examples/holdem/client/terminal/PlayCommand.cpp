@@ -4,7 +4,7 @@
 #include <examples/holdem/client/terminal/LineReader.h>
 #include <examples/holdem/client/terminal/TableScreen.h>
 #include <examples/holdem/client/terminal/Text.h>
-#include <examples/holdem/client/tournament/TourText.h>
+#include <examples/holdem/client/tournament/TourLobbyText.h>
 #include <examples/holdem/shared/Protocol.h>
 
 #include <fmt/format.h>

@@ -2,7 +2,7 @@
 #include <examples/holdem/client/PlayerOptions.h>
 #include <examples/holdem/client/lobby/Visit.h>
 #include <examples/holdem/client/terminal/Text.h>
-#include <examples/holdem/client/tournament/TourText.h>
+#include <examples/holdem/client/tournament/TourLobbyText.h>
 
 #include <fmt/color.h>
 #include <fmt/format.h>

@@ -1,4 +1,4 @@
-#include <examples/holdem/client/tournament/TourText.h>
+#include <examples/holdem/client/tournament/TourLobbyText.h>
 
 #include <examples/holdem/client/terminal/Text.h>
 #include <examples/holdem/client/terminal/TextTable.h>
