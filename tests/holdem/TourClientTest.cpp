@@ -39,10 +39,17 @@ class TourServer final : public SessionEvents {
   void say(Args&&... args) {
     session_->send(*make<T>(std::forward<Args>(args)...));
   }
-  void sayRegistration(RegisterReason reason) { say<SrvTourRegisterResult>(reason, kTour, TourMoneyChooser::empty()); }
+  void sayRegistration(RegisterReason reason) {
+    say<SrvTourRegisterResult>(reason, kTour, TourMoneyChooser::empty());
+    if (reason == RegisterReason::Registered) say<SrvTourTourneyStatus>(Registering, kTour);
+  }
   /// The player is at a table with so many units.
   void seat(std::uint32_t tableID, int units, UserState state = UserState::Waiting) {
+    GameStartupInfo info;
+    info.gameID = tableID;
+    info.tournamentID = kTour;
     say<SrvTourMoveToTable>(tableID);
+    say<SrvTakeSeatInfo>(info);
     ClientTableState table;
     table.gameID = tableID;
     table.maxSeats = 9;
@@ -122,7 +129,19 @@ class TourClient : public testing::Test {
     settings.player.sitsDown = true;  // which counts for nothing in a tournament
     settings.player.reconnects = 3;
   }
+  /// The server answers the registration so, and what comes to it as well when the player has a table.
+  void answerWith(RegisterReason reason, std::uint32_t tableID = 0) {
+    server.answer = [this, reason, tableID](std::string_view name) {
+      if (name == "ClTourRegister") server.sayRegistration(reason);
+      if (name == "ClMoveMe2MyTable" && tableID != 0) server.seat(tableID, 700, UserState::SittingOut);
+    };
+  }
+  void tellAtLogon(TOUR_NAMES::TourStatus status) {
+    server.loggedOn = [this, status] { server.say<SrvTourTourneyStatus>(status, kTour); };
+  }
   void comeIn() {
+    server.heard.clear();
+    end.reset();
     bot.emplace(context, settings, [this](PlayerEnd how, std::string_view text) {
       end = how;
       why = text;
@@ -131,13 +150,11 @@ class TourClient : public testing::Test {
   }
   /// As comeIn(), and plays at a table.
   void play() {
-    server.heard.clear();
-    server.answer = [this](std::string_view name) {
-      if (name == "ClTourRegister") server.sayRegistration(RegisterReason::Registered);
-    };
+    answerWith(RegisterReason::Registered);
     comeIn();
     ASSERT_TRUE(server.hears(1));
     server.answer = nullptr;
+    server.say<SrvTourTourneyStatus>(Prestarted, kTour);
     server.seat(101, 1500);
     ASSERT_TRUE(server.runUntil([&] { return bot->client().isAtTable(); }));
     server.heard.clear();
@@ -155,9 +172,7 @@ class TourClient : public testing::Test {
 };
 
 TEST_F(TourClient, RegistersIsBroughtFromTableToTableAndGoesWhenItIsOut) {
-  server.answer = [&](std::string_view name) {
-    if (name == "ClTourRegister") server.sayRegistration(RegisterReason::Registered);
-  };
+  answerWith(RegisterReason::Registered);
   comeIn();
   ASSERT_TRUE(server.runUntil([&] { return bot->client().isRegistered(); }));
   EXPECT_EQ(server.password, "open");
@@ -179,24 +194,18 @@ TEST_F(TourClient, RegistersIsBroughtFromTableToTableAndGoesWhenItIsOut) {
   server.say<SrvTourPlayerFinished>("You are out: place 3.");
   ASSERT_TRUE(ends());
   EXPECT_EQ(*end, PlayerEnd::Left);
-  EXPECT_THAT(server.heard, ElementsAre("ClTourRegister"));
+  EXPECT_THAT(server.heard, ElementsAre("ClTourRegister", "ClMoveMe2MyTable")) << "it asks whether it has a table here";
 }
 
 TEST_F(TourClient, GivesUpWithTheReasonWhenItIsNotTaken) {
-  server.answer = [&](std::string_view name) {
-    if (name == "ClTourRegister") server.sayRegistration(RegisterReason::WrongPassword);
-  };
+  answerWith(RegisterReason::WrongPassword);
   comeIn();
   ASSERT_TRUE(ends());
   EXPECT_EQ(*end, PlayerEnd::Refused);
   EXPECT_THAT(why, HasSubstr("password"));
 
   // It has begun without this player, for whom there is no table.
-  server.answer = [&](std::string_view name) {
-    if (name == "ClTourRegister") server.sayRegistration(RegisterReason::AlreadyStarted);
-  };
-  server.heard.clear();
-  end.reset();
+  answerWith(RegisterReason::AlreadyStarted);
   comeIn();
   ASSERT_TRUE(ends());
   EXPECT_EQ(*end, PlayerEnd::Refused);
@@ -204,45 +213,91 @@ TEST_F(TourClient, GivesUpWithTheReasonWhenItIsNotTaken) {
 }
 
 TEST_F(TourClient, WhoHasRegisteredBeforeWaitsForTheDrawOrGoesOnAtItsTable) {
-  server.answer = [&](std::string_view name) {
-    if (name == "ClTourRegister") server.sayRegistration(RegisterReason::AlreadyRegistered);
-  };
+  answerWith(RegisterReason::AlreadyRegistered);
+  tellAtLogon(Registering);
   comeIn();
   ASSERT_TRUE(server.runUntil([&] { return bot->client().isSettled(); }));
+  server.say<SrvTourTourneyStatus>(Prestarted, kTour);
   server.seat(101, 1500);
   ASSERT_TRUE(server.runUntil([&] { return bot->client().isAtTable(); }));
 
   // It comes back to another table, sitting out.
   server.heard.clear();
-  server.answer = [&](std::string_view name) {
-    if (name == "ClTourRegister") server.sayRegistration(RegisterReason::AlreadyStarted);
-    if (name == "ClMoveMe2MyTable") server.seat(102, 700, UserState::SittingOut);
-  };
+  answerWith(RegisterReason::AlreadyStarted, 102);
+  tellAtLogon(Started);
   server.breakConnection();
   ASSERT_TRUE(server.hears(3));
   EXPECT_THAT(server.heard, ElementsAre("ClTourRegister", "ClMoveMe2MyTable", "ClBack"));
   EXPECT_EQ(bot->client().picture().state().gameID, 102u);
 
   // While it was away the next time it lost its last chips.
-  server.answer = [&](std::string_view name) {
-    if (name == "ClTourRegister") server.sayRegistration(RegisterReason::AlreadyStarted);
-  };
+  answerWith(RegisterReason::AlreadyStarted);
+  server.loggedOn = nullptr;
   server.breakConnection();
   ASSERT_TRUE(ends());
   EXPECT_EQ(*end, PlayerEnd::Left);
 }
 
-TEST_F(TourClient, TakesItsRegistrationBackBeforeTheDrawAndGoesWhenAllIsOver) {
-  server.answer = [&](std::string_view name) {
-    if (name == "ClTourRegister") server.sayRegistration(RegisterReason::Registered);
+TEST_F(TourClient, WhoComesWhenItIsOverDoesNotWait) {
+  answerWith(RegisterReason::AlreadyStarted);
+  tellAtLogon(Finished);
+  comeIn();
+  ASSERT_TRUE(ends());
+  EXPECT_EQ(*end, PlayerEnd::Left);
+
+  // It is registered and has neither a table nor a draw to wait for: it is out.
+  answerWith(RegisterReason::AlreadyRegistered);
+  server.loggedOn = nullptr;
+  comeIn();
+  ASSERT_TRUE(ends());
+  EXPECT_EQ(*end, PlayerEnd::Left);
+
+  // All was played while it was away.
+  answerWith(RegisterReason::Registered);
+  comeIn();
+  ASSERT_TRUE(server.runUntil([&] { return bot->client().isRegistered(); }));
+  answerWith(RegisterReason::AlreadyStarted);
+  server.breakConnection();
+  ASSERT_TRUE(ends());
+  EXPECT_EQ(*end, PlayerEnd::Left);
+}
+
+TEST_F(TourClient, GoesOnWhenItIsOutOfAnotherTournament) {
+  play();
+  answerWith(RegisterReason::None, 101);
+  server.say<SrvTourPlayerFinished>("You are out of another one.");
+  ASSERT_TRUE(server.hears(2)) << "and it is back from sitting out";
+  server.beginHand(1);
+  ASSERT_TRUE(server.runUntil([&] { return bot->client().picture().state().handNumber == 1; }));
+  EXPECT_FALSE(end);
+
+  // It goes from both at once: there is a table at the first question, and none at the second.
+  server.heard.clear();
+  server.answer = [&](std::string_view) {
+    if (server.heard.size() == 1) server.seat(101, 900);  // it goes on playing there
   };
+  server.say<SrvTourPlayerFinished>("You are out of another one.");
+  server.say<SrvTourPlayerFinished>("You are out.");
+  ASSERT_TRUE(ends());
+  EXPECT_EQ(*end, PlayerEnd::Left);
+}
+
+TEST_F(TourClient, TakesItsRegistrationBackBeforeTheDrawAndGoesWhenAllIsOver) {
+  answerWith(RegisterReason::Registered);
   comeIn();
   ASSERT_TRUE(server.runUntil([&] { return bot->client().isRegistered(); }));
   bot->leave();
   ASSERT_TRUE(ends());
   EXPECT_THAT(server.heard, ElementsAre("ClTourRegister", "ClTourUnregister"));
 
-  end.reset();
+  // ... also when it does not know yet whether it is registered.
+  server.answer = [&](std::string_view name) {
+    if (name == "ClTourRegister") bot->leave();
+  };
+  comeIn();
+  ASSERT_TRUE(ends());
+  EXPECT_THAT(server.heard, ElementsAre("ClTourRegister", "ClTourUnregister"));
+
   play();
   server.say<SrvTourTourneyStatus>(Finished, kTour + 1);
   server.say<SrvTourTourneyStatus>(Started, kTour);
@@ -278,7 +333,7 @@ TEST_F(TourClient, BuysAsOftenAsItMayAndTheAddOnOnce) {
   reply(ExtraMoneyRequest::AddOn, Reason::Done, true);
   server.say<SrvTourStartInfo>(SrvTourStartInfo::TimeBreakSpecialPlayerCountValue, 300);
   ASSERT_TRUE(server.runUntil([&] { return bot->hasAddedOn(); }));
-  server.say<SrvTourPlayerFinished>("Out");
+  server.say<SrvTourTourneyStatus>(Finished, kTour);
   ASSERT_TRUE(ends());
   EXPECT_EQ(server.heard.size(), 3u);
 }

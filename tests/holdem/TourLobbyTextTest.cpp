@@ -1,4 +1,4 @@
-#include <examples/holdem/client/tournament/TourText.h>
+#include <examples/holdem/client/tournament/TourLobbyText.h>
 #include <hostkit/CommandHandle.h>
 
 #include <gmock/gmock.h>
@@ -13,7 +13,10 @@
 namespace poker::holdem {
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
 
 TEST(TourLobbyText, ShowsNothingOfOthersThatATerminalWouldObey) {
   const std::string hostile = "\x1B[2J\x9B\r\n\"\xFF";
@@ -51,13 +54,60 @@ TEST(TourLobbyText, ShowsNothingOfOthersThatATerminalWouldObey) {
   std::vector<std::string> lines = tourListText({&list});
   for (const bool finished : {false, true}) {
     details.finished = finished;
-    for (const std::string& line : tourText(entry, picture, details)) lines.push_back(line);
+    for (const std::string& line : tourText(entry, picture, details, "cost: free")) lines.push_back(line);
   }
   EXPECT_GT(lines.size(), 30u);
   for (std::string line : lines) {
     for (std::size_t at; (at = line.find("·")) != std::string::npos;) line.erase(at, 2);
     EXPECT_TRUE(std::all_of(line.begin(), line.end(), [](char c) { return c >= 0x20 && c <= 0x7E; })) << line;
   }
+}
+
+TEST(TourLobbyText, TellsWhatItCosts) {
+  const auto units = [](std::int64_t cash, std::int64_t tourMoney = 0) {
+    return TourMoneyType(RealMoneyType::fromUnits(cash), RealMoneyType::fromUnits(tourMoney));
+  };
+  EXPECT_EQ(costText(*make<SrvTourMoney>(units(50), units(5), units(55), 3u)), "cost: buy-in 50 · fee 5 · total 55");
+  EXPECT_EQ(costText(*make<SrvTourMoney>(units(50, 40), units(5), units(55), 3u)),
+            "cost: buy-in 50 (or 40 in tournament money) · fee 5 · total 55");
+  EXPECT_EQ(costText(*make<SrvTourMoney>(units(0), units(0), units(0), 3u)), "cost: free");
+}
+
+TEST(TourLobbyText, GivesNoPlacesInOneThatWasCalledOff) {
+  const auto linesOf = [](const std::string& news, bool hasPrizes) {
+    MultiTourTextInfo text;
+    text.texts = {{MultiTourText::News, news}};
+    PrizeSchemeInfoMap prizes;
+    if (hasPrizes) prizes.add(PrizeSchemeInfoRow());
+    TourPicture picture(3);
+    picture.apply(*make<SrvMultiTourInitialize>(MultiTourTablesInfo(), MultiTourPlayersInfo(), text, 3u, prizes,
+                                                PrizeFundInfo(), 1u, 1u));
+    TourListEntry entry;
+    entry.status = TOUR_NAMES::TourStatus::Finished;
+    TournamentDetailedInfo details;
+    details.finished = true;
+    details.players.emplace_back().player.name = "Ann";
+    std::string lines;
+    for (const std::string& line : tourText(entry, picture, details, "")) lines += line + '\n';
+    return lines;
+  };
+  EXPECT_THAT(linesOf("Called off: The house closes.", false), AllOf(HasSubstr("called off"), Not(HasSubstr("Ann"))));
+  EXPECT_THAT(linesOf("Ann has won.", true), AllOf(HasSubstr("finished"), HasSubstr("Ann ")));
+  EXPECT_THAT(linesOf("Called off was the rain.", true), HasSubstr("Ann ")) << "one that was played has prizes";
+}
+
+TEST(TourLobbyText, NamesWhoLeadsATableUnlessSeveralDo) {
+  const auto leadersOf = [](std::vector<std::pair<std::string, int>> players) {
+    const auto chips = make<SrvUpdatePlayersMoney>(7u, 3u);
+    for (const auto& [name, units] : players) chips->addPlayer(name, RealMoneyType::fromUnits(units));
+    return tableLeaders(*chips);
+  };
+  const TableLeaders four = leadersOf({{"Ann", 900}, {"Ben", 2100}, {"Cy", 1000}, {"Dan", 2000}});
+  EXPECT_EQ(four.first, "Ben");
+  EXPECT_EQ(four.text, "table 7: Ben 2100 · Dan 2000 · Cy 1000");
+  EXPECT_EQ(leadersOf({{"Ann", 1500}, {"Ben", 1500}, {"Cy", 1400}}).first, "");
+  EXPECT_EQ(leadersOf({{"Ann", 1500}}).first, "Ann");
+  EXPECT_EQ(leadersOf({}).first, "");
 }
 
 TEST(TourLobbyText, TellsWhatIsNewAndOnlyThat) {

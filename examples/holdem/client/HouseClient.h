@@ -124,6 +124,8 @@ class HouseClient : protected SrvCmdProcessor {
   virtual void onEntered();
   /// The attempts to come back count from anew.
   void settle();
+  /// Whether the house knows who is on this connection.
+  bool isLoggedOn() const { return session_ != nullptr && session_->state() >= SessionState::LoggedOn; }
   /// The player goes: whatever ends the session, it is the end that was wanted.
   void beginToLeave() { leaving_ = true; }
   bool isLeaving() const { return leaving_; }

@@ -59,7 +59,8 @@ void PlayerClient::standUp() {
 
 void PlayerClient::leave() {
   if (isInTournament()) {
-    if (isRegistered_ && !hasBegun_ && !isTourOver_) send<ClTourUnregister>(settings_.tournamentID);
+    const bool mayTakePart = isRegistered_ || isRegistering_;
+    if (mayTakePart && isLoggedOn() && !hasBegun() && !isTourOver_) send<ClTourUnregister>(settings_.tournamentID);
     return bye();
   }
   if (!isAtTable() || picture_.ownSeat() == nullptr) return bye();
@@ -101,10 +102,13 @@ void PlayerClient::endWaiting() {
 
 void PlayerClient::onEntered() {
   endWaiting();
-  hasTable_ = asksForTable_ = false;
+  hasTable_ = isBrought_ = isRegistering_ = false;
+  asksForTable_ = 0;
+  status_.reset();
   if (!isInTournament()) {
     send<ClConnectGame>(settings_.gameID, "", "", nullptr, 0);
   } else if (settings_.registersForTour) {
+    isRegistering_ = true;
     send<ClTourRegister>(settings_.tournamentID, TourMoneyChooser::empty(), settings_.tournamentPassword);
   } else {
     askForMyTable();
@@ -124,8 +128,6 @@ void PlayerClient::onSrvTableState(Results&, SrvTableState& command) {
   picture_.apply(command);
   settings_.gameID = picture_.state().gameID;
   hasTable_ = true;
-  asksForTable_ = false;
-  if (isInTournament()) isRegistered_ = hasBegun_ = true;
   settle();
   events_.onTableState();
   if (isInTournament()) return;
@@ -138,21 +140,28 @@ void PlayerClient::onSrvTableState(Results&, SrvTableState& command) {
 
 void PlayerClient::askForMyTable() {
   // The server passes over who has no table there. Then the next thing that it says is the answer to the ping.
-  asksForTable_ = true;
+  ++asksForTable_;
   send<ClMoveMe2MyTable>(settings_.tournamentID, 0u);
   send<ClPing>();
 }
 
+void PlayerClient::onTakeSeat(const SrvTakeSeatInfo& command) {
+  if (command.getTableInfo().tournamentID == settings_.tournamentID) isBrought_ = asksForTable_ != 0;
+}
+
 void PlayerClient::onSrvPing(Results&, SrvPing&) {
-  if (!std::exchange(asksForTable_, false)) return;
-  if (!isRegistered_) return giveUp("You do not play in this tournament.");
-  settle();
-  if (hasBegun_) endTour();  // while the connection was lost
+  if (asksForTable_ == 0) return;
+  --asksForTable_;
+  if (std::exchange(isBrought_, false)) return;
+  if (status_ && !hasBegun()) return settle();  // there are no tables yet
+  if (!isRegistered_) return giveUp("You do not play in this tournament, or not any more.");
+  endTour();
 }
 
 void PlayerClient::onTourRegistration(const SrvTourRegisterResult& result) {
   using Reason = SrvTourRegisterResult::Reason;
   if (!isInTournament() || result.tourID() != settings_.tournamentID) return;
+  isRegistering_ = false;
   switch (result.reason()) {
     case Reason::Registered:
       isRegistered_ = true;
@@ -170,10 +179,8 @@ void PlayerClient::onTourRegistration(const SrvTourRegisterResult& result) {
 void PlayerClient::onTourStatus(const SrvTourTourneyStatus& command) {
   if (!isInTournament() || command.tourID() != settings_.tournamentID) return;
   isRegistered_ = true;  // nobody else is told
-  using enum TOUR_NAMES::TourStatus;
-  hasBegun_ =
-      hasBegun_ || command.status() == Prestarted || command.status() == Started || command.status() == Suspended;
-  if (command.status() == Finished) endTour();
+  status_ = command.status();
+  if (status_ == TOUR_NAMES::TourStatus::Finished) endTour();
 }
 
 void PlayerClient::onTourProtected(const SrvTourProtectionError& refusal) {
@@ -181,7 +188,8 @@ void PlayerClient::onTourProtected(const SrvTourProtectionError& refusal) {
 }
 
 void PlayerClient::onTourPlayerFinished(const SrvTourPlayerFinished&) {
-  if (hasBegun_) endTour();  // otherwise it is another tournament of the player
+  // It may be said of another tournament of the player; in this one there is a table then.
+  if (hasBegun()) askForMyTable();
 }
 
 void PlayerClient::endTour() {

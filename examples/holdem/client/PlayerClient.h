@@ -91,7 +91,7 @@ class PlayerClient final : public HouseClient, private TourEvents {
   /// Gives the seat up, if there is one, and looks on. Not for a tournament.
   void standUp();
   /// Gives the seat up, says bye when that is done, and ends with PlayerEnd::Left. The seat of a tournament that has begun
-  /// stays, and is blinded away; before that the registration is taken back.
+  /// stays, and is blinded away; before that the registration is taken back, also one that is not answered yet.
   void leave();
   /// Asks for a re-buy or the add-on, at the tournament's price; without `state` takes that back.
   void askForExtraMoney(ExtraMoneyRequest type, bool state = true);
@@ -113,6 +113,7 @@ class PlayerClient final : public HouseClient, private TourEvents {
   std::optional<SeatID> freeSeat() const;
   RealMoneyType usualBuyIn() const;
   void endWaiting();
+  bool hasBegun() const { return status_ && *status_ >= TOUR_NAMES::TourStatus::Prestarted; }
   void askForMyTable();
   void endTour();
 
@@ -144,7 +145,7 @@ class PlayerClient final : public HouseClient, private TourEvents {
 
   void onTourRegistration(const SrvTourRegisterResult& result) override;
   void onTourStatus(const SrvTourTourneyStatus& command) override;
-  void onTourMove(const SrvTourMoveToTable&) override { asksForTable_ = false; }
+  void onTakeSeat(const SrvTakeSeatInfo& command) override;
   void onTourProtected(const SrvTourProtectionError& refusal) override;
   void onLevelSwitch(const SrvLevelSwitch& command) override { picture_.apply(command); }
   void onTourPlayerFinished(const SrvTourPlayerFinished&) override;
@@ -159,11 +160,13 @@ class PlayerClient final : public HouseClient, private TourEvents {
   bool hasTable_ = false;     // on this connection
 
   // Of the tournament.
+  bool isRegistering_ = false;  // and has not been answered
   bool isRegistered_ = false;
-  bool hasBegun_ = false;      // seats are drawn
-  bool isTourOver_ = false;    // for this player
-  bool asksForTable_ = false;  // and has not been answered
-  Later tellOver_;             // after the event that it comes of
+  bool isTourOver_ = false;                       // for this player
+  std::optional<TOUR_NAMES::TourStatus> status_;  // told on this connection, as it is to who takes part
+  unsigned asksForTable_ = 0;                     // so often without an answer
+  bool isBrought_ = false;                        // to a seat, since the last answer
+  Later tellOver_;                                // after the event that it comes of
 };
 
 }  // namespace poker::holdem

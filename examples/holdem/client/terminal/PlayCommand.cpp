@@ -4,7 +4,7 @@
 #include <examples/holdem/client/terminal/LineReader.h>
 #include <examples/holdem/client/terminal/TableScreen.h>
 #include <examples/holdem/client/terminal/Text.h>
-#include <examples/holdem/client/tournament/TourText.h>
+#include <examples/holdem/client/tournament/TourLobbyText.h>
 #include <examples/holdem/shared/Protocol.h>
 
 #include <fmt/format.h>
@@ -104,7 +104,7 @@ class PlayTable final : public TableScreen {
     print(fmt::format("  {} at table {}.", client().isInTournament() ? "You go on" : "Your tournament plays",
                       command.tableID()));
   }
-  void onExtraMoney(const SrvGetExtraMoneyReply& reply) override;
+  void onExtraMoney(const SrvGetExtraMoneyReply& reply) override { printForeign("", reply.reasonToString(false)); }
   void onTourPlayerFinished(const SrvTourPlayerFinished& command) override {
     printForeign(bold("★") + " ", command.getText());
   }
@@ -253,14 +253,6 @@ void PlayTable::askForLastHand() {
 void PlayTable::onHandTexts(const SrvRplHandHistory& command) {
   if (command.getGames().empty()) print("  You have played no hand here yet.");
   for (const std::string& hand : command.getGames()) print(indented(escapedLines(hand)));
-}
-
-void PlayTable::onExtraMoney(const SrvGetExtraMoneyReply& reply) {
-  const bool isOffer = reply.getType() == ExtraMoneyRequest::AddOn && reply.showAddonBtn();
-  if (isOffer && reply.getReason() != SrvGetExtraMoneyReply::Reason::Done) {
-    return print("  There is an add-on now: addon takes it.");
-  }
-  printForeign("", reply.reasonToString(false));
 }
 
 void PlayTable::take(std::string_view line) {

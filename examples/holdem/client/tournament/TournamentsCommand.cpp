@@ -2,7 +2,7 @@
 #include <examples/holdem/client/PlayerOptions.h>
 #include <examples/holdem/client/lobby/Visit.h>
 #include <examples/holdem/client/terminal/Text.h>
-#include <examples/holdem/client/tournament/TourText.h>
+#include <examples/holdem/client/tournament/TourLobbyText.h>
 
 #include <fmt/color.h>
 #include <fmt/format.h>
@@ -54,8 +54,9 @@ class TournamentsVisit final : public Visit {
     hasLists_[0] = hasLists_[1] = false;
     picture_ = TourPicture(options_.tournament);
     details_.reset();
-    asksForWhole_ = isShown_ = false;
+    asksForWhole_ = asksForDetails_ = isShown_ = false;
     looksAt_ = 0;
+    leaders_ = {};
     if (options_.enters) {
       return send<ClTourRegister>(options_.tournament, TourMoneyChooser::empty(), options_.tournamentPassword);
     }
@@ -104,19 +105,29 @@ class TournamentsVisit final : public Visit {
     if (entry() == nullptr) {
       return fail(fmt::format("there is no tournament {}{}", options_.tournament, isShown_ ? " any more" : ""));
     }
-    if (!isShown_ && !asksForWhole_) {
-      asksForWhole_ = true;
-      send<ClGetTourDetails>(options_.tournament, 0u);
-      send<ClGetMultiInitializeInfo>(options_.tournament);
-    } else if (isShown_ && status() != before) {
+    if (!isShown_) {
+      if (std::exchange(asksForWhole_, true)) return;
+      send<ClGetTourMoney>(options_.tournament);
+      return send<ClGetMultiInitializeInfo>(options_.tournament);
+    }
+    if (status() != before) {
       if (options_.json) tellJson(command);
       // That play begins, the first level tells; that it is over, the places.
       const bool isTold = before == TourStatus::Prestarted || status() == TourStatus::Finished;
       if (!isTold) sayStage(statusText(*status()));
     }
+    // What was asked before is answered by now, so that nothing piles up on a slow connection.
+    picture_.askForChanges(*this);
+    if (status() == TourStatus::Finished) askForDetails();
+    follow();
+  }
+  void onTourMoney(const SrvTourMoney& command) override {
+    if (command.tourId() != options_.tournament) return;
+    if (options_.json) tellJson(command);
+    cost_ = costText(command);
   }
   void onTourDetails(const SrvTourDetails& command) override {
-    if (command.touranmentID() != options_.tournament) return;
+    if (command.touranmentID() != options_.tournament || !std::exchange(asksForDetails_, false)) return;
     details_ = command.getInfo();
     if (options_.json) tellJson(command);
     if (!isShown_) return show();
@@ -125,22 +136,29 @@ class TournamentsVisit final : public Visit {
       return;
     }
     if (std::exchange(isOver_, true)) return;
-    sayStage(statusText(TourStatus::Finished));
-    showLines(placesText(*details_));
+    if (isCalledOff(picture_)) {
+      sayStage("called off");
+    } else {
+      sayStage(statusText(TourStatus::Finished));
+      showLines(placesText(*details_));
+    }
     next_.cancel();
     leave();
   }
   void onTourPicture(const SrvMultiTourInitialize& command) override {
     if (options_.json) tellJson(command);
     picture_.apply(command);
-    show();
   }
-  /// Comes after all that has changed.
+  /// Comes after the whole picture, and after all that has changed.
   void onTourSummary(const SrvMultiTourDetailedInfo& command) override {
     if (options_.json) tellJson(command);
     const std::optional<TourPicture::Summary> before = picture_.summary();
     picture_.apply(command);
-    if (!isShown_) return show();
+    if (!isShown_) {
+      // Both are large. The picture is confirmed by now.
+      if (picture_.isWhole()) askForDetails();
+      return;
+    }
     if (!before || !picture_.summary()) return;
     const MultiTourneyInfo& now = picture_.summary()->numbers;
     std::vector<std::string> changes = changesText(before->numbers, now);
@@ -205,6 +223,15 @@ class TournamentsVisit final : public Visit {
     if (begins) wait_.clear();  // it goes on, and may wait for the same again
     const std::string text = levelText(level, limit_);
     begins ? sayStage(text) : say(text);
+    if (begins && !leaders_.first.empty()) say(leaders_.text);
+  }
+  void onTourPlayersMoney(const SrvUpdatePlayersMoney& command) override {
+    if (command.tourID() != options_.tournament || command.getRequestedTable() != looksAt_) return;
+    if (options_.json) tellJson(command);
+    TableLeaders now = tableLeaders(command);
+    if (now.first.empty()) return;  // all have the same, or nobody is there any more
+    std::swap(leaders_, now);
+    if (leaders_.first != now.first) say(leaders_.text);
   }
   void onTourStartInfo(const SrvTourStartInfo& info) override {
     if (options_.json) return tellJson(info);
@@ -215,14 +242,13 @@ class TournamentsVisit final : public Visit {
   }
   void onTourMove(const SrvTourMoveToTable& command) override {
     if (options_.json) tellJson(command);
-    looksAt_ = command.tableID();
+    hearFrom(command.tableID());
   }
   void onAdminMessage(const SrvAdminMsg& message) override { onNotice(message.message()); }
 
   void show() {
-    if (options_.tournament != 0 && (!picture_.isWhole() || !picture_.summary() || !details_)) return;
     showLines(options_.tournament == 0 ? tourListText({&lists_[0], &lists_[1]})
-                                       : tourText(*entry(), picture_, *details_));
+                                       : tourText(*entry(), picture_, *details_, cost_));
     isShown_ = true;
     asksForWhole_ = false;
     if (!options_.readyFile.empty()) std::ofstream(options_.readyFile) << "ready\n";
@@ -230,32 +256,41 @@ class TournamentsVisit final : public Visit {
     if (!options_.follows || details_->finished) return leave();
     follow();
   }
-  /// Asks what is new, and again after a while.
+  /// Asks after a while what is new, first in the list.
   void follow() {
     look();
     next_.in(kBetweenQuestions, [this] {
       const TourListPicture& list = lists_[lists_[0].tournament(options_.tournament) != nullptr ? 0 : 1];
       send<ClGetTournamentsInfo>(list.type(), list.version());
-      picture_.askForChanges(*this);
-      if (status() == TourStatus::Finished) send<ClGetTourDetails>(options_.tournament, 0u);
-      follow();
     });
   }
-  /// Looks at a table, to hear what only its viewers hear. From one that is broken the server takes its viewers along.
+  /// Looks at a table, to hear what only its viewers hear. From one that is broken the server takes its viewers along, also
+  /// who comes when it is broken already and the picture does not know it yet.
   void look() {
     if (picture_.tables().contains(looksAt_)) return;
     const auto largest =
         std::max_element(picture_.tables().begin(), picture_.tables().end(),
                          [](const auto& a, const auto& b) { return a.second.players < b.second.players; });
     if (largest == picture_.tables().end() || largest->second.players == 0) return;
-    looksAt_ = largest->first;
-    send<ClConnectGame>(looksAt_, "", "", nullptr, 0);
-    send<ClGetTourTableInfo>(options_.tournament, looksAt_);
+    send<ClConnectGame>(largest->first, "", "", nullptr, 0);
+    hearFrom(largest->first);
+  }
+  /// Hears of the chips at the table that it looks at.
+  void hearFrom(std::uint32_t table) {
+    if (looksAt_ != 0) send<ClUnsubscribeClient>(options_.tournament);
+    looksAt_ = table;
+    leaders_ = {};
+    send<ClSubscribeForTable>(looksAt_, options_.tournament);
+    if (limit_ == LimitType::None) send<ClGetTourTableInfo>(options_.tournament, looksAt_);
   }
 
   void askForLeaders() {
     wantsLeaders_ = true;
-    send<ClGetTourDetails>(options_.tournament, 0u);
+    askForDetails();
+  }
+  /// One answer at a time: it is large.
+  void askForDetails() {
+    if (!std::exchange(asksForDetails_, true)) send<ClGetTourDetails>(options_.tournament, 0u);
   }
 
   const TourListEntry* entry() const {
@@ -300,12 +335,15 @@ class TournamentsVisit final : public Visit {
   bool hasLists_[2] = {};
   TourPicture picture_;
   std::optional<TournamentDetailedInfo> details_;
+  std::string cost_;
   bool asksForWhole_ = false;
+  bool asksForDetails_ = false;
   bool isShown_ = false;
   bool isOver_ = false;
   bool isFundNew_ = false;
   bool wantsLeaders_ = false;
   std::uint32_t looksAt_ = 0;  // a table
+  TableLeaders leaders_;       // there
   LimitType limit_ = LimitType::None;
   std::int16_t level_ = 0;  // that has begun; 0: none was told
   std::int16_t nextLevel_ = 0;

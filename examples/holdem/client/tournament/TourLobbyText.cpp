@@ -1,4 +1,4 @@
-#include <examples/holdem/client/tournament/TourText.h>
+#include <examples/holdem/client/tournament/TourLobbyText.h>
 
 #include <examples/holdem/client/terminal/Text.h>
 #include <examples/holdem/client/terminal/TextTable.h>
@@ -18,6 +18,7 @@ namespace {
 
 constexpr std::size_t kNameColumns = 24;
 constexpr std::string_view kJoint = " · ";
+constexpr std::string_view kCalledOff = "Called off";  // so begin the house's news of it
 
 using enum TextTable::Align;
 
@@ -70,7 +71,7 @@ void addSummary(std::vector<std::string>& lines, const TourPicture::Summary& sum
                               counted(numbers.paidPlaces, "paid place"), kJoint, counted(numbers.rebuys, "re-buy"),
                               kJoint, counted(numbers.addOns, "add-on")));
   const MultiTourMoneyInfo& money = summary.money;
-  std::string chips = fmt::format("  {} chips for {}", money.buyInChips.toString(), costText(money.buyIn, money.fee));
+  std::string chips = fmt::format("  {} chips", money.buyInChips.toString());
   if (money.rebuyChips != RealMoneyType()) {
     chips += fmt::format("{}re-buy: {} for {}", kJoint, money.rebuyChips.toString(), priceText(money.rebuy));
   }
@@ -154,11 +155,28 @@ std::vector<std::string> placesText(const TournamentDetailedInfo& details) {
   return details.players.empty() ? std::vector<std::string>{"  Nobody has played."} : table.lines();
 }
 
+bool isCalledOff(const TourPicture& picture) {
+  return picture.prizes().rows().empty() && picture.text(MultiTourText::News).starts_with(kCalledOff);
+}
+
+std::string costText(const SrvTourMoney& cost) {
+  const auto text = [](const TourMoneyType& price) {
+    const std::string cash = price.cash.toString();
+    if (price.tourMoney == RealMoneyType()) return cash;
+    return fmt::format("{} (or {} in tournament money)", cash, price.tourMoney.toString());
+  };
+  if (cost.getTotal() == TourMoneyType()) return "cost: free";
+  return fmt::format("cost: buy-in {}{}fee {}{}total {}", text(cost.getBuyIn()), kJoint, text(cost.getFee()), kJoint,
+                     text(cost.getTotal()));
+}
+
 std::vector<std::string> tourText(const TourListEntry& entry, const TourPicture& picture,
-                                  const TournamentDetailedInfo& details) {
+                                  const TournamentDetailedInfo& details, const std::string& cost) {
+  const bool isOff = details.finished && isCalledOff(picture);
   std::vector<std::string> lines = {fmt::format("  {} (number {}): {}, {} players, start {}", nameText(entry.name),
-                                                entry.tournamentID, statusText(entry.status),
-                                                ofMost(entry.players, entry.maxPlayers), startText(entry.starts))};
+                                                entry.tournamentID, isOff ? "called off" : statusText(entry.status),
+                                                ofMost(entry.players, entry.maxPlayers), startText(entry.starts)),
+                                    "  " + cost};
   if (picture.summary()) addSummary(lines, *picture.summary());
   addForeign(lines, "", details.description);
   constexpr std::array<std::pair<MultiTourText, std::string_view>, 5> kTexts = {
@@ -188,6 +206,7 @@ std::vector<std::string> tourText(const TourListEntry& entry, const TourPicture&
     }
     add(lines, tables.lines());
   }
+  if (isOff) return lines;  // nobody has a place
   if (details.finished) {
     add(lines, placesText(details));
   } else if (details.players.empty()) {
@@ -213,6 +232,23 @@ std::string leadersText(const TournamentDetailedInfo& details) {
     leaders.push_back(fmt::format("{} {}", nameText(player.player.name), player.money.toString()));
   }
   return fmt::format("{}", fmt::join(leaders, kJoint));
+}
+
+TableLeaders tableLeaders(const SrvUpdatePlayersMoney& chips) {
+  constexpr std::size_t kMost = 3;
+  std::vector<const SrvUpdatePlayersMoney::PlayerMoney*> players;
+  for (const auto& player : chips.getPlayers()) players.push_back(&player);
+  std::stable_sort(players.begin(), players.end(), [](const auto* a, const auto* b) { return a->money > b->money; });
+  TableLeaders leaders;
+  if (players.empty()) return leaders;
+  if (players.size() == 1 || players[0]->money > players[1]->money) leaders.first = players[0]->name;
+  players.resize(std::min(players.size(), kMost));
+  std::vector<std::string> texts;
+  for (const auto* player : players) {
+    texts.push_back(fmt::format("{} {}", nameText(player->name), player->money.toString()));
+  }
+  leaders.text = fmt::format("table {}: {}", chips.getRequestedTable(), fmt::join(texts, kJoint));
+  return leaders;
 }
 
 std::vector<std::string> changesText(const MultiTourneyInfo& before, const MultiTourneyInfo& now) {
