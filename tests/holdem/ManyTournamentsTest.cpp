@@ -93,7 +93,7 @@ class TournamentOfBots {
   }
 
   void play() {
-    const std::uint64_t stopAt = 20 + random_() % 100;  // hands
+    const std::uint64_t stopAt = 10 + random_() % 50;  // hands
     bool hasStopped = false;
     const auto isOver = [&] {
       checkTables();

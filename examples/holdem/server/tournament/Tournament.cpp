@@ -395,9 +395,10 @@ void Tournament::callOff(const std::string& why) {
   }
   tellNews(calledOff_);
   showFund();
-  setStatus(Status::Finished);
+  // First why: who hears that it is over may go.
   const std::string text = fmt::format("{} is called off: {} What you have paid is paid back.", settings_.name, why);
   tellPlayers<SrvAdminMsg>("Tournament", text.c_str(), std::uint8_t{0});
+  setStatus(Status::Finished);
 }
 
 void Tournament::suspend() {
