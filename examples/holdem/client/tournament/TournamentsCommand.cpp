@@ -56,7 +56,7 @@ class TournamentsVisit final : public Visit {
     details_.reset();
     asksForWhole_ = asksForDetails_ = isShown_ = false;
     looksAt_ = 0;
-    leaders_ = {};
+    ledBy_.clear();
     if (options_.enters) {
       return send<ClTourRegister>(options_.tournament, TourMoneyChooser::empty(), options_.tournamentPassword);
     }
@@ -223,15 +223,15 @@ class TournamentsVisit final : public Visit {
     if (begins) wait_.clear();  // it goes on, and may wait for the same again
     const std::string text = levelText(level, limit_);
     begins ? sayStage(text) : say(text);
-    if (begins && !leaders_.first.empty()) say(leaders_.text);
+    wantsTable_ = wantsTable_ || begins;
   }
   void onTourPlayersMoney(const SrvUpdatePlayersMoney& command) override {
     if (command.tourID() != options_.tournament || command.getRequestedTable() != looksAt_) return;
     if (options_.json) tellJson(command);
-    TableLeaders now = tableLeaders(command);
-    if (now.first.empty()) return;  // all have the same, or nobody is there any more
-    std::swap(leaders_, now);
-    if (leaders_.first != now.first) say(leaders_.text);
+    const TableLeaders leaders = tableLeaders(command);
+    if (leaders.first.empty()) return;  // some have the same, or nobody is there any more
+    const bool isOther = std::exchange(ledBy_, leaders.first) != leaders.first;
+    if (std::exchange(wantsTable_, false) || isOther) say(leaders.text);
   }
   void onTourStartInfo(const SrvTourStartInfo& info) override {
     if (options_.json) return tellJson(info);
@@ -279,7 +279,7 @@ class TournamentsVisit final : public Visit {
   void hearFrom(std::uint32_t table) {
     if (looksAt_ != 0) send<ClUnsubscribeClient>(options_.tournament);
     looksAt_ = table;
-    leaders_ = {};
+    ledBy_.clear();
     send<ClSubscribeForTable>(looksAt_, options_.tournament);
     if (limit_ == LimitType::None) send<ClGetTourTableInfo>(options_.tournament, looksAt_);
   }
@@ -343,7 +343,8 @@ class TournamentsVisit final : public Visit {
   bool isFundNew_ = false;
   bool wantsLeaders_ = false;
   std::uint32_t looksAt_ = 0;  // a table
-  TableLeaders leaders_;       // there
+  std::string ledBy_;          // who has the most there
+  bool wantsTable_ = false;    // to say how it stands there, when it is told next
   LimitType limit_ = LimitType::None;
   std::int16_t level_ = 0;  // that has begun; 0: none was told
   std::int16_t nextLevel_ = 0;
