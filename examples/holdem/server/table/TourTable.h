@@ -54,6 +54,11 @@ class TourTable final : public Table {
   RealMoneyType stackOf(AccountID account);
   /// What all of its players have; in a hand, what they began it with.
   RealMoneyType chips();
+  /// Calls `f(name, chips)` for each player, by seat; in a hand with what it began that with.
+  template <class F>
+  void forEachStack(F&& f) {
+    seats_.forEach([&](const Seat& seat) { f(seat.name, seat.stack); });
+  }
   /// Whether the player is in a hand that is played.
   bool isInHand(AccountID account);
   /// Players whose connection looks at the table.
