@@ -32,7 +32,10 @@ struct SessionLimits {
       std::chrono::seconds(2);           ///< for a last command, and the peer's end of the stream, to go through
   std::uint32_t outputSoft = 64 * 1024;  ///< bytes queued; more than that for
   Duration outputSoftTime = std::chrono::seconds(10);  ///< so long end the session
-  std::uint32_t outputHard = 256 * 1024;               ///< more than that end it at once
+  /// More than that end it at once. The longest frame of them does not count, so that any one frame can be sent, whatever
+  /// else waits: a peer that does not read holds so much and one frame. Besides that frame there is room for another long
+  /// one; a host that sends longer ones does so one after the other.
+  std::uint32_t outputHard = 512 * 1024;
   RateLimit rate;
   /// Server: so many bytes for one client in one turn of the loop are worth compressing; 0: none are.
   std::uint32_t batchFrom = 512;

@@ -387,7 +387,10 @@ bool TcpSession::sendFrame(std::span<const std::uint8_t> frame, bool canCompress
 
 bool TcpSession::queue(std::span<const std::uint8_t> frame, bool canCompress) {
   if (ended_) return false;
-  if (queuedBytes() + frame.size() > limits().outputHard) {
+  if (queuedBytes() == 0) longestQueued_ = 0;
+  longestQueued_ = std::max(longestQueued_, frame.size());
+  // Packed, they may be less together than that one was.
+  if (queuedBytes() + frame.size() > longestQueued_ + limits().outputHard) {
     closeNow(CloseReason::OutputOverflow);
     return false;
   }

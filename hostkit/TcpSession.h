@@ -238,6 +238,7 @@ class TcpSession : public std::enable_shared_from_this<TcpSession> {
   std::size_t packed_ = 0;              // so many bytes stay as they are
   std::vector<std::uint8_t> inFlight_;  // given to the system, of which
   std::size_t written_ = 0;             // so many bytes are through
+  std::size_t longestQueued_ = 0;       // of the frames since nothing was queued
 
   bool open_ = false;        // the transport stands
   bool ended_ = false;       // closed for good, and onClosed() on its way

@@ -9,7 +9,10 @@
 namespace poker::holdem {
 namespace {
 
+using testing::AllOf;
 using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
 
 TEST(TableText, HasWhatIsWrittenAndTheRestAsUsual) {
   TableSettings usual;
@@ -60,6 +63,24 @@ TEST(TableText, SaysWhatIsWrong) {
   EXPECT_THAT(complaint("name="), HasSubstr("name has"));
   EXPECT_THAT(complaint("name=" + std::string(kLongestTableName + 1, 'x')), HasSubstr("name has"));
   EXPECT_THAT(complaint("name=\x1B[2J"), HasSubstr("control characters"));
+}
+
+TEST(TableText, KeepsThePasswordToItselfWhateverIsWrong) {
+  const auto complaint = [](const std::string& text) -> std::string {
+    try {
+      tableFromText(text, {});
+    } catch (const std::invalid_argument& error) {
+      return error.what();
+    }
+    return "nothing";
+  };
+  for (const char* text : {"password=sesame,seats=1", "seats=1,password=sesame", "password=x,sesame,seats=1",
+                           "password=x,sesame,sesame", "password=sesame,password=sesame", "password=sesame,chairs=6"}) {
+    EXPECT_THAT(complaint(text), AllOf(HasSubstr("password=***"), Not(HasSubstr("sesame")))) << text;
+  }
+  EXPECT_THAT(complaint("name=River,password=x,sesame,seats=1"),
+              StartsWith("table \"name=River,password=***,seats=1\""));
+  EXPECT_THAT(complaint(",seats=6"), StartsWith("table \",seats=6\""));
 }
 
 }  // namespace

@@ -40,6 +40,7 @@ class Viewer {
   TourBoard::Versions known;
   std::set<std::string> told;  // since the last forget(): the keys, removed ones included
   std::size_t commands = 0;
+  std::size_t entries = 0;  // tables, players and prizes that were told, removed ones included
 
   void forget() {
     told.clear();
@@ -92,11 +93,13 @@ class Viewer {
   void take(const MultiTourTablesInfo& info) {
     for (const MultiTourTableEntry& table : info.tables) set(keyOf(table), table.toDbText());
     for (const std::uint32_t id : info.removedTables) remove("table " + std::to_string(id));
+    entries += info.tables.size() + info.removedTables.size();
     known.tables = info.version;
   }
   void take(const MultiTourPlayersInfo& info) {
     for (const MultiTourPlayerEntry& player : info.players) set(keyOf(player), player.toDbText());
     for (const std::string& name : info.removedPlayers) remove("player " + name);
+    entries += info.players.size() + info.removedPlayers.size();
     known.players = info.version;
   }
   void take(const MultiTourTextInfo& info) {
@@ -105,6 +108,7 @@ class Viewer {
   }
   void take(const PrizeSchemeInfoMap& prizes, std::uint32_t version) {
     set("prizes", prizes.toDbText());
+    entries += prizes.rows().size();
     known.prizes = version;
   }
   void take(const PrizeFundInfo& fund, std::uint32_t version) {
@@ -179,7 +183,11 @@ class Scene {
     Viewer& viewer = viewers[i];
     viewer.forget();
     bool isTold = false;
+    EXPECT_TRUE(board.knows(viewer.known));
+    const std::size_t changes = board.changes(viewer.known);
+    const std::size_t before = viewer.entries;
     outbox_.run([&] { isTold = board.tellChanges(outbox_, idOf(i), viewer.known); });
+    EXPECT_EQ(viewer.entries - before, changes);
     EXPECT_EQ(viewer.told, changed_[i]);
     EXPECT_EQ(isTold, !changed_[i].empty());
     check(i);
@@ -205,6 +213,7 @@ class Scene {
     viewers[i] = Viewer();
     viewers[i].known = {strange(now.tables), strange(now.players), strange(now.text), strange(now.prizes),
                         strange(now.fund)};
+    EXPECT_FALSE(board.knows(viewers[i].known));
     outbox_.run([&] { EXPECT_TRUE(board.tellChanges(outbox_, idOf(i), viewers[i].known)); });
     EXPECT_EQ(viewers[i].commands, 5u);
     std::set<std::string> all;

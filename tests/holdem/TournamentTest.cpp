@@ -1,11 +1,10 @@
 // What the house answers about tournaments, and how one goes from registration to its end: guests who say just what a test
 // wants, over TCP. Whole tournaments are in ManyTournamentsTest.cpp.
 
-#include "Guest.h"
+#include "Entrant.h"
 #include "TempFolder.h"
 
 #include <examples/holdem/server/bank/TourBank.h>
-#include <examples/holdem/server/tournament/BlindLevels.h>
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -19,87 +18,8 @@ namespace {
 
 using namespace test;
 using namespace std::chrono_literals;
-using Registration = SrvTourRegisterResult::Reason;
-using Withdrawal = SrvTourUnregisterResult::Reason;
 using Extra = SrvGetExtraMoneyReply::Reason;
-using Request = ClGetExtraMoney::RequestType;
 using TOUR_NAMES::TourStatus;
-
-RealMoneyType units(std::int64_t amount) { return RealMoneyType::fromUnits(amount); }
-
-/// Starts with so many players and waits for nothing.
-TourSettings quickTour(std::size_t players) {
-  TourSettings tour;
-  tour.name = "Quick";
-  tour.maxPlayers = tour.startWith = players;
-  tour.buyIn = units(50);
-  tour.fee = units(5);
-  tour.chips = units(1500);
-  tour.levels = usualLevels({units(10), units(20)});
-  tour.switchType = TOUR_NAMES::SwitchType::ByHands;
-  tour.levelLength = 1000;
-  tour.seatingTime = tour.handPause = 0ms;
-  tour.seed = 1;
-  return tour;
-}
-
-ServerSettings houseWith(std::vector<TourSettings> tournaments) {
-  ServerSettings settings = quietTables({9});
-  settings.house.gift = units(1000);
-  settings.house.tournaments = std::move(tournaments);
-  return settings;
-}
-
-Tournament& tourOf(Place& place, std::size_t index = 0) { return *place.server.house().tournaments().all()[index]; }
-
-/// A guest who plays tournaments.
-struct Entrant {
-  Guest guest;
-  Place& place;
-
-  Entrant(Place& where, std::string name) : guest(where, std::move(name)), place(where) {
-    if (!guest.comesIn()) throw std::runtime_error("cannot come in");
-  }
-  std::uint32_t tour(std::size_t index = 0) const { return tourOf(place, index).id(); }
-  Registration enters(std::size_t index = 0, const std::string& password = "",
-                      const TourMoneyChooser& choice = TourMoneyChooser::empty()) {
-    const auto* result = answer<SrvTourRegisterResult, ClTourRegister>(tour(index), choice, password);
-    return result != nullptr ? result->reason() : Registration::None;
-  }
-  Withdrawal withdraws(std::size_t index = 0) {
-    const auto* result = answer<SrvTourUnregisterResult, ClTourUnregister>(tour(index));
-    return result != nullptr ? result->reason() : Withdrawal::None;
-  }
-  const SrvGetExtraMoneyReply* asks(Request type, bool state = true) {
-    return answer<SrvGetExtraMoneyReply, ClGetExtraMoney>(type, state, 1u, tour(), TourMoneyChooser::empty());
-  }
-  RealMoneyType balance() const {
-    for (const Standing& standing : place.bank().standings()) {
-      if (standing.name == guest.name()) return standing.balance;
-    }
-    return {};
-  }
-  /// Answers its next turn.
-  void plays(UserAction action) {
-    ASSERT_TRUE(guest.waitFor([&] { return isAsked(); }));
-    guest.forget();
-    guest.send<ClTurnReceived>();
-    guest.send<ClUserAction>(action);
-  }
-  bool isAsked() const {
-    const auto* turn = guest.heard<SrvUserTurn>();
-    return turn != nullptr && turn->isNotify();
-  }
-
- private:
-  /// Sends a Question; null when there is no new Answer.
-  template <class Answer, class Question, class... Args>
-  const Answer* answer(Args&&... args) {
-    const std::size_t before = guest.count<Answer>();
-    guest.send<Question>(std::forward<Args>(args)...);
-    return guest.waitFor([&] { return guest.count<Answer>() > before; }) ? guest.heard<Answer>() : nullptr;
-  }
-};
 
 TEST(Tournaments, SayWhyARegistrationIsRefused) {
   TempFolder folder;
@@ -187,24 +107,6 @@ TEST(Tournaments, AProtectedOneIsOnTheListAndOtherwiseForItsPlayers) {
   EXPECT_EQ(ann.guest.heard<SrvUpdatePlayersMoney>()->getPlayers().size(), 2u);
 }
 
-TEST(Tournaments, ASecondPictureWaitsForTheConfirmationOfTheFirst) {
-  Place place(houseWith({quickTour(3), quickTour(3), quickTour(3)}));
-  Entrant ann(place, "Ann");
-  for (const std::size_t tour : {0u, 1u, 2u}) ann.guest.send<ClGetMultiInitializeInfo>(ann.tour(tour));
-  ASSERT_TRUE(ann.guest.isAnswered());
-  EXPECT_EQ(ann.guest.count<SrvMultiTourInitialize>(), 1u);
-  EXPECT_EQ(ann.guest.count<SrvMultiTourDetailedInfo>(), 1u);
-  ann.guest.send<ClBigInfoSent>(ann.tour(0));
-  ASSERT_TRUE(ann.guest.isAnswered());
-  // Of the two, the last question.
-  EXPECT_EQ(ann.guest.count<SrvMultiTourInitialize>(), 2u);
-  EXPECT_EQ(ann.guest.heard<SrvMultiTourInitialize>()->tourID(), ann.tour(2));
-  ann.guest.send<ClBigInfoSent>(ann.tour(2));
-  ann.guest.send<ClBigInfoSent>(ann.tour(2));
-  ASSERT_TRUE(ann.guest.isAnswered());
-  EXPECT_EQ(ann.guest.count<SrvMultiTourInitialize>(), 2u);
-}
-
 TEST(Tournaments, CountDownAndTakeTheirPlayersToTheTable) {
   TourSettings tour = quickTour(3);
   tour.seatingTime = 500ms;
@@ -286,32 +188,6 @@ TEST(Tournaments, StartByTheirTimeOrAreCalledOff) {
   EXPECT_EQ(bob.guest.hears<SrvTourDetails>()->getInfo().description, "Called off: Too few players have registered.");
   EXPECT_EQ(bob.balance(), units(945));
   EXPECT_EQ(place.bank().audit().difference(), kZeroMoney);
-}
-
-TEST(Tournaments, TellSubscribersOfChipsUntilTheyUnsubscribe) {
-  TourSettings tour = quickTour(2);
-  tour.handPause = 100ms;
-  Place place(houseWith({tour}));
-  Entrant ann(place, "Ann"), bob(place, "Bob"), eve(place, "Eve");
-  ASSERT_EQ(ann.enters(), Registration::Registered);
-  ASSERT_EQ(bob.enters(), Registration::Registered);
-  ASSERT_NE(ann.guest.hears<SrvTourMoveToTable>(), nullptr);
-  eve.guest.send<ClSubscribeForTable>(ann.guest.heard<SrvTourMoveToTable>()->tableID(), ann.tour());
-  ASSERT_NE(eve.guest.hears<SrvUpdatePlayersMoney>(), nullptr);
-  eve.guest.forget();
-  Entrant& first = ann.guest.waitFor([&] { return ann.isAsked() || bob.isAsked(); }) && ann.isAsked() ? ann : bob;
-  first.plays(UserAction::Fold);
-  const auto* chips = eve.guest.hears<SrvUpdatePlayersMoney>();
-  ASSERT_NE(chips, nullptr);
-  ASSERT_EQ(chips->getPlayers().size(), 2u);
-  EXPECT_EQ(chips->getPlayers()[0].money + chips->getPlayers()[1].money, units(3000));
-  EXPECT_NE(chips->getPlayers()[0].money, chips->getPlayers()[1].money);
-  eve.guest.send<ClUnsubscribeClient>(ann.tour());
-  ASSERT_TRUE(eve.guest.isAnswered());
-  eve.guest.forget();
-  Entrant& second = ann.guest.waitFor([&] { return ann.isAsked() || bob.isAsked(); }) && ann.isAsked() ? ann : bob;
-  second.plays(UserAction::Fold);
-  EXPECT_FALSE(place.runUntil([&] { return eve.guest.heard<SrvUpdatePlayersMoney>() != nullptr; }, 1500ms));
 }
 
 /// Players who put everything in, hand after hand.

@@ -297,11 +297,49 @@ TEST_F(Tcp, ASlowReaderIsCutAtTheHardLimitOrAfterTheSoftTime) {
     }
     ASSERT_TRUE(until([&] { return server.closed.contains(slow->id().value()); }));
     EXPECT_EQ(server.closed[slow->id().value()], hard ? CloseReason::OutputOverflow : CloseReason::OutputStalled);
-    EXPECT_LE(most, hard ? limits.outputHard : limits.outputSoft);
+    EXPECT_LE(most, hard ? limits.outputHard + notice.size() : limits.outputSoft);
     EXPECT_FALSE(slow->sendFrame(notice));
     other.send(kHandShake);
     EXPECT_TRUE(until([&] { return other.received().size() == 6; })) << "the others go on";
   }
+}
+
+// As long as a client's limits let a frame be, of bytes that no batch makes smaller, among others.
+TEST_F(Tcp, OneFrameMayBeLongerThanTheHardLimitAndASecondOneMayNot) {
+  Server server(context);
+  Record client;
+  const auto session = connect(server, client);
+  session->send(*make<ClHandShake>(7u));
+  ASSERT_TRUE(until([&] { return client.commands.size() == 1; }));
+  session->setState(SessionState::LoggedOn);
+  std::shared_ptr<TcpSession> sender;
+  server.tcp.sessions().forEach([&](const ConnectionID&, const auto& each) { sender = each; });
+  sender->setState(SessionState::LoggedOn);
+
+  const Bytes one = frame<SrvMaintenance>("x", MaintainID{1});
+  std::string noise(65'000, '\0');
+  std::uint32_t random = 1;
+  for (char& c : noise) c = static_cast<char>((random = random * 1664525u + 1013904223u) >> 24 | 1);
+  const auto news = make<SrvNews>();
+  for (int text = 0; frameOf(*news).size() + noise.size() + 20 < session->limits().frames.afterLogon; ++text) {
+    news->addMsg(text, noise.c_str());
+  }
+  const Bytes longest = frameOf(*news);
+  ASSERT_GT(longest.size(), sender->limits().outputHard);
+  ASSERT_TRUE(sender->sendFrame(one));
+  ASSERT_TRUE(sender->sendFrame(longest));
+  ASSERT_TRUE(sender->sendFrame(one));
+  ASSERT_TRUE(until([&] { return client.commands.size() == 4; }));
+  EXPECT_TRUE(server.closed.empty());
+
+  // What went through before leaves no room behind.
+  ASSERT_TRUE(until([&] { return sender->queuedBytes() == 0; }));
+  const Bytes half = frame<SrvMaintenance>(std::string(60'000, 'x'), MaintainID{1});
+  std::size_t sent = 0;
+  while (sender->sendFrame(half, false)) sent += half.size();
+  EXPECT_LE(sent, sender->limits().outputHard + half.size());
+  ASSERT_TRUE(until([&] { return !server.closed.empty(); }));
+  EXPECT_EQ(server.closed.begin()->second, CloseReason::OutputOverflow);
 }
 
 TEST_F(Tcp, APeerAboveItsRateIsSlowedDownOrCutOff) {

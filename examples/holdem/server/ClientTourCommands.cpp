@@ -41,8 +41,7 @@ void ClientTourCommands::onClGetMultiInitializeInfo(Results&, const ClGetMultiIn
 }
 
 void ClientTourCommands::onClBigInfoSent(Results&, const ClBigInfoSent& notice) {
-  house_.forPlayer(notice.getConnID(),
-                   [&](const Account& account) { house_.tourDesk().confirmPicture(notice.getConnID(), account.id); });
+  house_.forPlayer(notice.getConnID(), [&](const Account&) { house_.tourDesk().confirmPicture(notice.getConnID()); });
 }
 
 void ClientTourCommands::onClGetUpdateInfo(Results&, const ClGetUpdateInfo& request) {

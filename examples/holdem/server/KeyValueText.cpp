@@ -13,6 +13,12 @@
 
 namespace poker::holdem {
 
+namespace {
+
+constexpr std::string_view kPassword = "password";
+
+}  // namespace
+
 void complain(const std::string& what) { throw std::invalid_argument(what); }
 
 void forEachKeyValue(std::string_view text,
@@ -22,7 +28,11 @@ void forEachKeyValue(std::string_view text,
     const std::size_t comma = rest.find(',');
     const std::string_view field = rest.substr(0, comma);
     const std::size_t equals = field.find('=');
-    if (equals == field.npos) complain(fmt::format("\"{}\" is not written as KEY=VALUE", field));
+    if (equals == field.npos) {
+      const bool isOfPassword = !seen.empty() && seen.back() == kPassword;  // one with a comma in it
+      complain(isOfPassword ? "what follows the password is not written as KEY=VALUE"
+                            : fmt::format("\"{}\" is not written as KEY=VALUE", field));
+    }
     const std::string_view key = field.substr(0, equals);
     if (std::find(seen.begin(), seen.end(), key) != seen.end()) complain(fmt::format("{} stands there twice", key));
     seen.push_back(key);
@@ -30,6 +40,25 @@ void forEachKeyValue(std::string_view text,
     if (comma == rest.npos) break;
     rest.remove_prefix(comma + 1);
   }
+}
+
+std::string withoutPassword(std::string_view text) {
+  std::string shown;
+  bool isPassword = false;
+  for (std::string_view rest = text;;) {
+    const std::size_t comma = rest.find(',');
+    const std::string_view field = rest.substr(0, comma);
+    const std::size_t equals = field.find('=');
+    const bool isRest = isPassword && equals == field.npos;
+    isPassword = isRest || field.substr(0, equals) == kPassword;
+    if (!isRest) {
+      if (field.data() != text.data()) shown += ',';
+      shown += isPassword && equals != field.npos ? fmt::format("{}=***", kPassword) : std::string(field);
+    }
+    if (comma == rest.npos) break;
+    rest.remove_prefix(comma + 1);
+  }
+  return shown;
 }
 
 std::uint64_t numberFromText(std::string_view key, std::string_view value, std::uint64_t least, std::uint64_t most) {

@@ -22,6 +22,9 @@ namespace poker::holdem {
 void forEachKeyValue(std::string_view text,
                      const std::function<void(std::string_view key, std::string_view value)>& read);
 
+/// The text for an error: with asterisks for its password, as far as the next KEY=VALUE.
+std::string withoutPassword(std::string_view text);
+
 /// A whole number in decimal digits.
 std::uint64_t numberFromText(std::string_view key, std::string_view value, std::uint64_t least, std::uint64_t most);
 /// Two amounts with the separator between them.

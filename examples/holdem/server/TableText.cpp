@@ -37,7 +37,7 @@ TableSettings tableFromText(std::string_view text, const TableSettings& usual) {
     forEachKeyValue(text, [&](std::string_view key, std::string_view value) { readField(key, value, table); });
     checkTable(table);
   } catch (const std::invalid_argument& error) {
-    throw std::invalid_argument(fmt::format("table \"{}\": {}", text, error.what()));
+    throw std::invalid_argument(fmt::format("table \"{}\": {}", withoutPassword(text), error.what()));
   }
   return table;
 }

@@ -54,6 +54,23 @@ void TourBoard::tellAll(Outbox& outbox, const ConnectionID& client) const {
                                      prizesVersion_, fundVersion_);
 }
 
+bool TourBoard::knows(const Versions& versions) const {
+  const auto isOwn = [](std::uint32_t version, std::uint32_t newest) { return version != 0 && version <= newest; };
+  const Versions now = this->versions();
+  return isOwn(versions.tables, now.tables) && isOwn(versions.players, now.players) && isOwn(versions.text, now.text) &&
+         isOwn(versions.prizes, now.prizes) && isOwn(versions.fund, now.fund);
+}
+
+std::size_t TourBoard::changes(const Versions& known) const {
+  std::size_t count = known.prizes != prizesVersion_ ? prizes_.rows().size() : 0;
+  const auto add = [&](const auto&...) { ++count; };
+  tables_.forEachChanged(known.tables, add);
+  tables_.forEachRemoved(known.tables, add);
+  players_.forEachChanged(known.players, add);
+  players_.forEachRemoved(known.players, add);
+  return count;
+}
+
 bool TourBoard::tellChanges(Outbox& outbox, const ConnectionID& client, const Versions& known) const {
   const Versions now = versions();
   if (known.tables != now.tables) outbox.add<SrvUpdateTables>(client, tablesSince(known.tables), tourID_);

@@ -4,6 +4,7 @@
 #include <examples/holdem/server/Outbox.h>
 #include <examples/holdem/server/lobby/VersionedMap.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -39,8 +40,12 @@ class TourBoard {
   void setFund(const PrizeFundInfo& fund);
 
   Versions versions() const;
+  /// Whether each of them is one that a part had here, or has.
+  bool knows(const Versions& versions) const;
   /// The whole picture.
   void tellAll(Outbox& outbox, const ConnectionID& client) const;
+  /// How many tables, players and prizes tellChanges() would tell of, gone ones included.
+  std::size_t changes(const Versions& known) const;
   /// A command for each part that is another one than the client has: what changed since then, or all of it to a client
   /// whose version is not from here.
   /// @return whether there was anything to tell

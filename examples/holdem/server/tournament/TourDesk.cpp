@@ -1,18 +1,30 @@
 #include <examples/holdem/server/tournament/TourDesk.h>
 
+#include <algorithm>
 #include <chrono>
-#include <vector>
+#include <utility>
 
 namespace poker::holdem {
 
 namespace {
 
 constexpr auto kTickTime = std::chrono::seconds(1);
+/// Between two long answers of a kind.
+constexpr auto kLongAnswerTime = std::chrono::seconds(1);
 
 }  // namespace
 
-TourDesk::TourDesk(asio::io_context& context, Tournaments& tournaments, Outbox& outbox)
-    : tournaments_(tournaments), outbox_(outbox), timer_(context) {}
+TourDesk::TourDesk(asio::io_context& context, Tournaments& tournaments, Outbox& outbox,
+                   VersionNumbers::Reserve reserveNumbers)
+    : context_(context),
+      tournaments_(tournaments),
+      outbox_(outbox),
+      numbers_(std::move(reserveNumbers)),
+      tick_(context) {}
+
+TourDesk::Looker& TourDesk::lookerOf(const ConnectionID& client) {
+  return lookers_.try_emplace(client.value(), context_).first->second;
+}
 
 bool TourDesk::mayLook(const ConnectionID& client, AccountID account, const Tournament& tournament) {
   if (tournament.mayLook(account)) return true;
@@ -48,6 +60,14 @@ void TourDesk::tellList(const ConnectionID& client, TOUR_NAMES::TourType type, s
 void TourDesk::tellDetails(const ConnectionID& client, AccountID account, std::uint32_t tourID, std::uint32_t version) {
   Tournament* tournament = findFor(client, account, tourID);
   if (tournament == nullptr || version == tournament->changes()) return;
+  Looker& looker = lookerOf(client);
+  const Clock::time_point now = Clock::now();
+  if (now < looker.details.next) {
+    looker.details.waiting = {account, tourID, version};
+    armTimer(client, looker);
+    return;
+  }
+  looker.details.next = now + kLongAnswerTime;
   outbox_.add<SrvTourDetails>(client, tournament->details(), tourID);
 }
 
@@ -70,25 +90,62 @@ void TourDesk::tellTable(const ConnectionID& client, AccountID account, std::uin
 void TourDesk::tellPicture(const ConnectionID& client, AccountID account, std::uint32_t tourID) {
   Tournament* tournament = findFor(client, account, tourID);
   if (tournament == nullptr) return;
-  const auto [place, isFirst] = unconfirmed_.try_emplace(client.value());
-  if (!isFirst) {
-    place->second = tourID;
+  Looker& looker = lookerOf(client);
+  const Clock::time_point now = Clock::now();
+  if (looker.unconfirmed || now < looker.pictures.next) {
+    looker.pictures.waiting = {account, tourID, 0};
+    armTimer(client, looker);
     return;
   }
+  looker.pictures.next = now + kLongAnswerTime;
+  looker.unconfirmed = tourID;
+  looker.pictured.insert(tourID);
   tournament->board().tellAll(outbox_, client);
   tellNumbers(client, account, *tournament);
 }
 
-void TourDesk::confirmPicture(const ConnectionID& client, AccountID account) {
-  const auto confirmed = unconfirmed_.extract(client.value());
-  if (confirmed && confirmed.mapped()) tellPicture(client, account, *confirmed.mapped());
+void TourDesk::confirmPicture(const ConnectionID& client) {
+  Looker& looker = lookerOf(client);
+  looker.unconfirmed.reset();
+  armTimer(client, looker);
 }
 
 void TourDesk::tellChanges(const ConnectionID& client, AccountID account, std::uint32_t tourID,
                            const TourBoard::Versions& known) {
   Tournament* tournament = findFor(client, account, tourID);
-  if (tournament == nullptr || !tournament->board().tellChanges(outbox_, client, known)) return;
-  tellNumbers(client, account, *tournament);
+  if (tournament == nullptr) return;
+  const Looker& looker = lookerOf(client);
+  const TourBoard& board = tournament->board();
+  if (looker.pictured.contains(tourID) && board.knows(known) && board.changes(known) <= kMostChanges) {
+    if (board.tellChanges(outbox_, client, known)) tellNumbers(client, account, *tournament);
+  } else if (looker.unconfirmed != tourID) {
+    tellPicture(client, account, tourID);
+  }
+}
+
+/// For what the connection waits for, if anything can be answered at some time.
+void TourDesk::armTimer(const ConnectionID& client, Looker& looker) {
+  Clock::time_point next = Clock::time_point::max();
+  if (looker.details.waiting) next = looker.details.next;
+  if (looker.pictures.waiting && !looker.unconfirmed) next = std::min(next, looker.pictures.next);
+  if (next == Clock::time_point::max()) return;
+  looker.timer.expires_at(next);
+  looker.timer.async_wait([this, client](const std::error_code& cancelled) {
+    if (!cancelled) outbox_.run([&] { answerWaiting(client); });
+  });
+}
+
+void TourDesk::answerWaiting(const ConnectionID& client) {
+  const auto place = lookers_.find(client.value());
+  if (place == lookers_.end()) return;
+  // What cannot be answered yet waits again, and sets the timer.
+  Looker& looker = place->second;
+  if (const auto asked = std::exchange(looker.details.waiting, std::nullopt)) {
+    tellDetails(client, asked->account, asked->tourID, asked->version);
+  }
+  if (const auto asked = std::exchange(looker.pictures.waiting, std::nullopt)) {
+    tellPicture(client, asked->account, asked->tourID);
+  }
 }
 
 void TourDesk::tellNumbers(const ConnectionID& client, AccountID account, Tournament& tournament) {
@@ -102,55 +159,73 @@ void TourDesk::tellNumbers(const ConnectionID& client, AccountID account, Tourna
 
 void TourDesk::subscribe(const ConnectionID& client, AccountID account, std::uint32_t tourID, std::uint32_t tableID) {
   Tournament* tournament = findFor(client, account, tourID);
-  if (tournament == nullptr || tournament->table(tableID) == nullptr) return;
-  Subscription& subscription = subscriptions_[{client.value(), tourID}] = {tableID, 0};
-  tellChips(client, tourID, subscription);
-  armTimer();
+  if (tournament == nullptr) return;
+  TourTable* table = tournament->table(tableID);
+  if (table == nullptr) return;
+  subscriptions_[{client.value(), tourID}] = {tableID, table->chipChanges()};
+  ConnectionsSet to;
+  to.insert(client);
+  tellChips(to, tourID, tableID, table);
+  armTick();
 }
 
 void TourDesk::unsubscribe(const ConnectionID& client, std::uint32_t tourID) {
   subscriptions_.erase({client.value(), tourID});
 }
 
-/// Without players when the table is not there any more.
-void TourDesk::tellChips(const ConnectionID& client, std::uint32_t tourID, Subscription& subscription) {
-  auto chips = make<SrvUpdatePlayersMoney>(subscription.tableID, tourID);
-  Tournament* tournament = tournaments_.find(tourID);
-  if (TourTable* table = tournament->table(subscription.tableID)) {
-    subscription.told = table->chipChanges();
-    table->forEachSeat([&](const SeatID&, const std::string& name, const RealMoneyType& stack, const RealMoneyType& bet,
-                           UserState) { chips->addPlayer(name, stack + bet); });
+/// Without players when the table is null.
+void TourDesk::tellChips(const ConnectionsSet& to, std::uint32_t tourID, std::uint32_t tableID, TourTable* table) {
+  auto chips = make<SrvUpdatePlayersMoney>(tableID, tourID);
+  if (table != nullptr) {
+    table->forEachStack([&](const std::string& name, const RealMoneyType& stack) { chips->addPlayer(name, stack); });
   }
-  ConnectionsSet to;
-  to.insert(client);
   outbox_.put(std::move(chips), to);
 }
 
 void TourDesk::tick() {
-  for (auto subscription = subscriptions_.begin(); subscription != subscriptions_.end();) {
-    const auto& [client, tourID] = subscription->first;
-    TourTable* table = tournaments_.find(tourID)->table(subscription->second.tableID);
-    if (table == nullptr || table->chipChanges() != subscription->second.told) {
-      tellChips(ConnectionID(client), tourID, subscription->second);
+  struct Watched {
+    std::uint32_t tourID;
+    TourTable* table;  // null: broken
+    ConnectionsSet outdated;
+  };
+  std::map<std::uint32_t, Watched> tables;  // by number
+  for (auto each = subscriptions_.begin(); each != subscriptions_.end();) {
+    const auto& [client, tourID] = each->first;
+    Subscription& subscription = each->second;
+    const auto [place, isFirst] = tables.try_emplace(subscription.tableID);
+    Watched& watched = place->second;
+    if (isFirst) {
+      watched.tourID = tourID;
+      watched.table = tournaments_.find(tourID)->table(subscription.tableID);
     }
-    subscription = table == nullptr ? subscriptions_.erase(subscription) : std::next(subscription);
+    if (watched.table == nullptr) {
+      watched.outdated.insert(ConnectionID(client));
+      each = subscriptions_.erase(each);
+      continue;
+    }
+    const std::uint64_t changes = watched.table->chipChanges();
+    if (std::exchange(subscription.told, changes) != changes) watched.outdated.insert(ConnectionID(client));
+    ++each;
+  }
+  for (const auto& [tableID, watched] : tables) {
+    if (!watched.outdated.empty()) tellChips(watched.outdated, watched.tourID, tableID, watched.table);
   }
 }
 
-void TourDesk::armTimer() {
+void TourDesk::armTick() {
   if (isTickSet_ || subscriptions_.empty()) return;
   isTickSet_ = true;
-  timer_.expires_after(kTickTime);
-  timer_.async_wait([this](const std::error_code& cancelled) {
+  tick_.expires_after(kTickTime);
+  tick_.async_wait([this](const std::error_code& cancelled) {
     if (cancelled) return;
     isTickSet_ = false;
     outbox_.run([this] { tick(); });
-    armTimer();
+    armTick();
   });
 }
 
 void TourDesk::forget(const ConnectionID& client) {
-  unconfirmed_.erase(client.value());
+  lookers_.erase(client.value());
   std::erase_if(subscriptions_, [&](const auto& each) { return each.first.first == client.value(); });
 }
 
@@ -164,10 +239,20 @@ void TourDesk::enter(const ConnectionID& client, const Account& account, const C
                                        TourMoneyChooser::empty());
     return;
   }
-  const auto reason = tournaments_.enter(*tournament, account, request.password(), request.moneyChoice());
+  using Reason = SrvTourRegisterResult::Reason;
+  const bool isTry = !tournament->settings().password.empty() && !request.password().empty();
+  unsigned& wrong = lookerOf(client).wrongTries[tourID];
+  const auto reason = isTry && wrong >= kPasswordTries
+                          ? Reason::WrongPassword
+                          : tournaments_.enter(*tournament, account, request.password(), request.moneyChoice());
+  if (reason == Reason::WrongPassword) {
+    wrong = std::min(wrong + 1, kPasswordTries);
+  } else if (reason == Reason::Registered) {
+    wrong = 0;
+  }
   outbox_.add<SrvTourRegisterResult>(client, reason, tourID,
                                      TourMoneyChooser(tournament->price().cash, kZeroMoney, true));
-  if (reason == SrvTourRegisterResult::Reason::Registered) tournament->welcome(client, account.id);
+  if (reason == Reason::Registered) tournament->welcome(client, account.id);
 }
 
 void TourDesk::withdraw(const ConnectionID& client, AccountID account, std::uint32_t tourID) {

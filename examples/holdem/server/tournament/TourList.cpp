@@ -53,6 +53,7 @@ void TourList::changesSince(std::uint32_t version, TournamentsInfo& changes) con
   lines_.forEachChanged(version,
                         [&](std::uint32_t, const TourListEntry& line) { changes.tournaments.push_back(line); });
   lines_.forEachRemoved(version, [&](std::uint32_t id) { changes.removedTournaments.insert(id); });
+  numbers_.tell();
 }
 
 }  // namespace poker::holdem

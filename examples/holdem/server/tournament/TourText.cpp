@@ -355,7 +355,7 @@ TourSettings tourFromText(std::string_view text, const TourSettings& usual) {
     setLevels(draft);
     checkTour(draft.tour);
   } catch (const std::invalid_argument& error) {
-    throw std::invalid_argument(fmt::format("tournament \"{}\": {}", text, error.what()));
+    throw std::invalid_argument(fmt::format("tournament \"{}\": {}", withoutPassword(text), error.what()));
   }
   return draft.tour;
 }

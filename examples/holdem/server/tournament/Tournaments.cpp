@@ -30,7 +30,13 @@ SrvTourRegisterResult::Reason Tournaments::enter(Tournament& tournament, const A
     return player != nullptr && player->place == 0 && !each->isOver();
   };
   const auto count = std::count_if(all_.begin(), all_.end(), playsIn);
-  const std::optional<MemberProfileInfo> profile = members_.profile(account.name);
+  // The city is looked up for who may be registered: others may ask as often as they like.
+  const std::string& wanted = tournament.settings().password;
+  const bool isOpen = tournament.status() == TOUR_NAMES::TourStatus::Registering;
+  std::optional<MemberProfileInfo> profile;
+  if (isOpen && tournament.player(account.id) == nullptr && (wanted.empty() || password == wanted)) {
+    profile = members_.profile(account.name);
+  }
   return tournament.enter(account, profile ? profile->city : std::string(), password, choice, count < mostAtOnce_);
 }
 
