@@ -28,8 +28,7 @@ House::House(asio::io_context& context, HouseSettings settings, Connections& con
       lobby_(context, tables_, waitLists_, outbox_,
              [this](std::uint32_t count) { return bank_.reserveVersions(count); }),
       tournaments_(context, settings.tournaments, settings.mostTournaments, bank_, members_, outbox_, *this),
-      tourDesk_(context, tournaments_, outbox_,
-                [this](std::uint32_t count) { return bank_.reserveVersions(count); }),
+      tourDesk_(context, tournaments_, outbox_, [this](std::uint32_t count) { return bank_.reserveVersions(count); }),
       lastHand_(bank_.lastHandNumber()),
       openTables_(tables_.size()) {
   lobby_.setNews(SrvNewsType::Headlines, settings.news);

@@ -59,12 +59,9 @@ class TourTable final : public Table {
   void forEachStack(F&& f) {
     seats_.forEach([&](const Seat& seat) { f(seat.name, seat.stack); });
   }
-<<<<<<< HEAD
   bool sitsOut(AccountID account);
   /// Who speaks for the player here; the invalid id when nobody does.
   ConnectionID connectionOf(AccountID account);
-=======
->>>>>>> tour-g
   /// Whether the player is in a hand that is played.
   bool isInHand(AccountID account);
   /// Players whose connection looks at the table.
