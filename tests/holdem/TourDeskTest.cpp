@@ -49,6 +49,7 @@ TEST(TourDesk, TellsChangesToWhoHasThePictureAndThePictureToAllOthers) {
 
   const TourBoard::Versions known = tourOf(place).board().versions();
   ask(known);
+  ASSERT_TRUE(ann.guest.isAnswered());
   ASSERT_EQ(bob.enters(), Registration::Registered);
   ask(known);
   ASSERT_TRUE(ann.guest.isAnswered());
@@ -134,7 +135,8 @@ TEST(TourDesk, TellsSubscribersOfChipsUntilTheyUnsubscribe) {
   ASSERT_NE(before, nullptr);
   for (const auto& player : before->getPlayers()) EXPECT_EQ(player.money, units(1500)) << "what it began the hand with";
   fay.guest.forget();
-  second.plays(UserAction::Fold);
+  second.plays(UserAction::Bet);
+  first.plays(UserAction::Fold);
   const auto* chips = eve.guest.hears<SrvUpdatePlayersMoney>();
   ASSERT_NE(chips, nullptr);
   ASSERT_EQ(chips->getPlayers().size(), 2u);
