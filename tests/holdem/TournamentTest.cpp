@@ -166,7 +166,7 @@ TEST(Tournaments, CountDownAndTakeTheirPlayersToTheTable) {
 
 TEST(Tournaments, StartByTheirTimeOrAreCalledOff) {
   TourSettings both = quickTour(9), lonely = quickTour(9);
-  both.startsAfter = lonely.startsAfter = 1500ms;
+  both.startsAfter = lonely.startsAfter = 3s;
   both.startWith = 4;
   lonely.startWith = 0;
   Place place(houseWith({both, lonely}));
@@ -174,8 +174,7 @@ TEST(Tournaments, StartByTheirTimeOrAreCalledOff) {
   ASSERT_EQ(ann.enters(0), Registration::Registered);
   ASSERT_EQ(bob.enters(0), Registration::Registered);
   ASSERT_EQ(bob.enters(1), Registration::Registered);
-  ASSERT_TRUE(ann.guest.isAnswered());
-  EXPECT_EQ(ann.guest.heard<SrvTourStartInfo>()->getPlayers(), 2);
+  EXPECT_TRUE(ann.guest.waitFor([&] { return ann.guest.heard<SrvTourStartInfo>()->getPlayers() == 2; }));
   EXPECT_GE(ann.guest.heard<SrvTourStartInfo>()->getSeconds(), 1);
   ASSERT_NE(ann.guest.hears<SrvGameStart>(), nullptr);
   const auto* notice = bob.guest.hears<SrvAdminMsg>();
@@ -267,6 +266,7 @@ TEST(Tournaments, MovePlayersBetweenHandsAndOnlookersWithThem) {
   // One is left at the first table, which waits for the other one.
   AllIn first(place, atFirst);
   while (tourOf(place).playersLeft() == 4) first.playHand();
+  for (Entrant* each : atFirst) ASSERT_TRUE(each->guest.isAnswered());
   Entrant& lonely = *atFirst[atFirst[0]->guest.heard<SrvTourPlayerFinished>() != nullptr ? 1 : 0];
   Entrant& out = &lonely == atFirst[0] ? *atFirst[1] : *atFirst[0];
   EXPECT_EQ(out.guest.hears<SrvTourPlayerFinished>()->getText(), "You have finished in place 4 of 4.");
