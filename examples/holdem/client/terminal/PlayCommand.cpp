@@ -185,7 +185,9 @@ void PlayTable::leave() {
 
 void PlayTable::takeChips(std::string_view amount) {
   const std::optional<RealMoneyType> money = moneyFromText(amount);
-  if (amount.empty()) {
+  if (client().isInTournament()) {
+    print("  Chips of a tournament are bought with rebuy and addon, when it sells any.");
+  } else if (amount.empty()) {
     client().send<ClGetMoney>();
   } else if (money && *money != kZeroMoney && picture().ownSeat() != nullptr) {
     client().send<ClMoreMoney>(*money);

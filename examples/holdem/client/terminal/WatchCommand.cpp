@@ -15,6 +15,7 @@ namespace poker::holdem {
 
 namespace {
 
+constexpr std::chrono::seconds kPatience{10};  // for the table to be shown
 constexpr std::chrono::milliseconds kLastWords{200};
 
 struct Options : PlayerOptions {
@@ -27,12 +28,24 @@ struct Options : PlayerOptions {
 class Watch final : public TableScreen {
  public:
   Watch(asio::io_context& context, const Options& options, ScreenSettings screen)
-      : TableScreen(context, options.player, screen), context_(context), options_(options), leave_(context) {}
+      : TableScreen(context, options.player, screen),
+        context_(context),
+        options_(options),
+        leave_(context),
+        patience_(context) {}
 
   int status() const { return status_; }
 
  private:
+  void onLoggedOn() override {
+    TableScreen::onLoggedOn();
+    patience_.in(kPatience, [this] {
+      isTableMissing_ = true;
+      client().leave();
+    });
+  }
   void onTableState() override {
+    patience_.cancel();
     TableScreen::onTableState();
     if (!options_.readyFile.empty()) std::ofstream(options_.readyFile) << "ready\n";
     // The table itself does not say that it is closed; the list of tables does.
@@ -41,7 +54,21 @@ class Watch final : public TableScreen {
   }
   void onTables(const SrvServerInfo& command) override {
     lobby_.apply(command);
-    if (lobby_.table(options_.player.gameID) != nullptr) return;
+    if (isTournament_ || lobby_.table(options_.player.gameID) != nullptr) return;
+    isTableClosed_ = true;
+    client().leave();
+  }
+  // A tournament's table is on no list of tables. The server says at once what the level is, or what it waits for.
+  void onLevelSwitch(const SrvLevelSwitch& command) override {
+    isTournament_ = true;
+    TableScreen::onLevelSwitch(command);
+  }
+  void onTourStartInfo(const SrvTourStartInfo& info) override {
+    isTournament_ = true;
+    TableScreen::onTourStartInfo(info);
+  }
+  void onTourStatus(const SrvTourTourneyStatus& command) override {
+    if (!isTournament_ || command.status() != TOUR_NAMES::TourStatus::Finished) return;
     isTableClosed_ = true;
     client().leave();
   }
@@ -58,6 +85,10 @@ class Watch final : public TableScreen {
                  isTableClosed_ ? "table is closed" : "server has ended", handsSeen(), options_.hands);
       status_ = kNotAsExpected;
     }
+    if (isTableMissing_) {
+      fmt::print(stderr, "holdem-client watch: there is no table {}, or not now\n", options_.player.gameID);
+      status_ = kNotAsExpected;
+    }
     context_.stop();
   }
 
@@ -65,6 +96,9 @@ class Watch final : public TableScreen {
   const Options& options_;
   LobbyPicture lobby_;
   Later leave_;
+  Later patience_;
+  bool isTournament_ = false;
+  bool isTableMissing_ = false;
   bool isTableClosed_ = false;
   int status_ = kNotAsExpected;
 };

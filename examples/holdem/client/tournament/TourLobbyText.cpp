@@ -39,7 +39,7 @@ std::string costText(const TourMoneyChooser& buyIn, const TourMoneyChooser& fee)
 
 std::string startText(const COleDateTime& starts) {
   // A day count of 0 is what is said of one that has no time.
-  return starts.days() == 0 || !starts.toSysTime() ? "when full" : starts.toIsoString();
+  return starts.days() == 0 || !starts.toSysTime() ? "by players" : starts.toIsoString();
 }
 
 std::string ofMost(std::uint32_t players, std::uint32_t most) {

@@ -162,7 +162,8 @@ class TournamentsVisit final : public Visit {
     if (!before || !picture_.summary()) return;
     const MultiTourneyInfo& now = picture_.summary()->numbers;
     std::vector<std::string> changes = changesText(before->numbers, now);
-    if (std::exchange(isFundNew_, false)) changes.push_back("prize fund " + escaped(picture_.fund().summary));
+    if (std::exchange(isFundNew_, false) && !picture_.fund().summary.empty())
+      changes.push_back("prize fund " + escaped(picture_.fund().summary));
     if (!changes.empty()) say(fmt::format("{}", fmt::join(changes, " · ")));
     if (now.tables == 1 && before->numbers.tables > 1) {
       sayStage("the final table");

@@ -103,7 +103,7 @@ void Tournament::tellPlayers(Args&&... args) {
   ConnectionsSet to;
   for (const auto& [account, player] : players_) {
     const ConnectionID connection = host_.connectionOf(account);
-    if (connection.isValid() && (player.place == 0 || isOver())) to.insert(connection);
+    if (connection.isValid() && player.place == 0) to.insert(connection);
   }
   outbox_.add<T>(to, std::forward<Args>(args)...);
 }
@@ -119,8 +119,16 @@ void Tournament::tellTables(Args&&... args) {
 void Tournament::setStatus(Status status) {
   status_ = status;
   changed();
-  tellPlayers<SrvTourTourneyStatus>(status, id_);
-  logLine(log_, 0, "status tournament={} status={} players={}", id_, static_cast<unsigned>(status), players_.size());
+  ConnectionsSet to;
+  for (const OpenTable& open : tables_) to.insert(open.table->viewers());
+  for (const auto& broken : brokenTables_) to.insert(broken->viewers());
+  for (const auto& [account, player] : players_) {
+    const ConnectionID connection = host_.connectionOf(account);
+    if (connection.isValid() && (player.place == 0 || isOver())) to.insert(connection);
+  }
+  outbox_.add<SrvTourTourneyStatus>(to, status, id_);
+  logLine(log_, 0, "status tournament={} name={} status={} players={}", id_, quoted(settings_.name),
+          static_cast<unsigned>(status), players_.size());
 }
 
 // Registration
@@ -304,7 +312,10 @@ void Tournament::armTimer() {
   if (status_ == Status::Prestarted && !isClosing_) consider(firstHandAt_);
   if (status_ == Status::Started && !isClosing_) {
     consider(clock_.next());
-    for (const Bust& bust : busts_) consider(bust.rebuyUntil);
+    for (const Bust& bust : busts_) {
+      if (bust.rebuyUntil > now)
+        consider(bust.rebuyUntil);  // of the others, one may wait for somebody of the same hand
+    }
     for (const OpenTable& open : tables_) {
       if (open.absentUntil && *open.absentUntil > now) consider(open.absentUntil);
     }
@@ -443,11 +454,12 @@ bool Tournament::mayBegin(TourTable& table) {
     return true;
   }
   const Clock::time_point now = Clock::now();
-  if (open.absentUntil) return now >= *open.absentUntil;
-  open.absentUntil = now + settings_.absentTime;
-  isDue_ = true;
-  table.tell<Start>(Start::SuspendedSpecialPlayerCountValue, 0);
-  return false;
+  if (!open.absentUntil) {
+    open.absentUntil = now + settings_.absentTime;
+    isDue_ = true;
+    table.tell<Start>(Start::SuspendedSpecialPlayerCountValue, 0);
+  }
+  return now >= *open.absentUntil;
 }
 
 void Tournament::onHandBegins(TourTable& table) {
