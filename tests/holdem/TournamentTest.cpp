@@ -258,8 +258,8 @@ TEST(Tournaments, MovePlayersBetweenHandsAndOnlookersWithThem) {
     tables[each->guest.heard<SrvTourMoveToTable>()->tableID()].push_back(each);
   }
   ASSERT_EQ(tables.size(), 2u);
-  const auto& [firstTable, atFirst] = *tables.begin();
-  const auto& [lastTable, atLast] = *tables.rbegin();
+  const std::uint32_t firstTable = tables.begin()->first, lastTable = tables.rbegin()->first;
+  const std::vector<Entrant*>&atFirst = tables[firstTable], &atLast = tables[lastTable];
   eve.guest.enter(lastTable);
   ASSERT_NE(eve.guest.hears<SrvTableState>(), nullptr);
 
