@@ -46,6 +46,15 @@ void* operator new(std::size_t size) {
   return memory;
 }
 
+// The address sanitizer has one of its own, which our operator delete would not fit.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  try {
+    return operator new(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+
 void operator delete(void* memory) noexcept {
   if (memory == nullptr) return;
   allocations.alive -= static_cast<std::ptrdiff_t>(malloc_usable_size(memory));
@@ -53,6 +62,7 @@ void operator delete(void* memory) noexcept {
 }
 
 void operator delete(void* memory, std::size_t) noexcept { operator delete(memory); }
+void operator delete(void* memory, const std::nothrow_t&) noexcept { operator delete(memory); }
 #endif
 
 namespace poker::test {
