@@ -269,7 +269,7 @@ TEST(Tournaments, MovePlayersBetweenHandsAndOnlookersWithThem) {
   for (Entrant* each : atFirst) ASSERT_TRUE(each->guest.isAnswered());
   Entrant& lonely = *atFirst[atFirst[0]->guest.heard<SrvTourPlayerFinished>() != nullptr ? 1 : 0];
   Entrant& out = &lonely == atFirst[0] ? *atFirst[1] : *atFirst[0];
-  EXPECT_EQ(out.guest.hears<SrvTourPlayerFinished>()->getText(), "You have finished in place 4 of 4.");
+  EXPECT_EQ(out.guest.hears<SrvTourPlayerFinished>()->getText(), "You are out of Quick, in place 4 of 4.");
   ASSERT_TRUE(lonely.guest.isAnswered());
   EXPECT_EQ(lonely.guest.heard<SrvTourStartInfo>()->getPlayers(), SrvTourStartInfo::SusOnMoveSpecialPlayerCountValue);
   EXPECT_EQ(out.enters(), Registration::AlreadyStarted);

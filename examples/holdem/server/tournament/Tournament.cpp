@@ -610,9 +610,11 @@ void Tournament::givePlace(Player& player) {
   const std::vector<RealMoneyType> prizes = fund_.prizes();
   player.place = static_cast<std::uint32_t>(playersLeft_--);
   if (player.place <= prizes.size()) player.prize = prizes[player.place - 1];
-  std::string text = player.place == 1
-                         ? fmt::format("You have won {}, the best of {} players.", settings_.name, players_.size())
-                         : fmt::format("You have finished in place {} of {}.", player.place, players_.size());
+  // The command itself does not say which tournament is meant.
+  std::string text =
+      player.place == 1
+          ? fmt::format("You have won {}, the best of {} players.", settings_.name, players_.size())
+          : fmt::format("You are out of {}, in place {} of {}.", settings_.name, player.place, players_.size());
   if (player.prize > kZeroMoney) text += fmt::format(" Your prize is {}.", player.prize.toString());
   outbox_.add<SrvTourPlayerFinished>(host_.connectionOf(player.account.id), text);
   logLine(log_, 0, "place tournament={} place={} name={} prize={}", id_, player.place, quoted(player.account.name),
