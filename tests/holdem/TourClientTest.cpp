@@ -1,6 +1,7 @@
+#include "MadeServer.h"
+
 #include <examples/holdem/client/bots/Bot.h>
 #include <examples/holdem/shared/Protocol.h>
-#include <hostkit/TcpServer.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -22,23 +23,15 @@ using RegisterReason = SrvTourRegisterResult::Reason;
 
 constexpr std::uint32_t kTour = 7;
 
-/// A server with one tournament that lets everybody in and otherwise says what the test tells it. It notes what the one
-/// client asks for, and answers pings.
-class TourServer final : public SessionEvents {
+/// A server with one tournament. It answers pings.
+class TourServer final : public test::MadeServer {
  public:
-  explicit TourServer(asio::io_context& context) : context_(context), server_(context, {}, *this) { server_.start(); }
+  using MadeServer::MadeServer;
 
-  std::vector<std::string> heard;  // by class, but for coming in and going
-  std::string password;            // of the last registration
+  std::string password;  // of the last registration
   std::vector<std::uint32_t> versions;
-  std::function<void(std::string_view)> answer;
   std::function<void()> loggedOn;
 
-  Endpoint endpoint() const { return {"127.0.0.1", server_.port()}; }
-  template <class T, class... Args>
-  void say(Args&&... args) {
-    session_->send(*make<T>(std::forward<Args>(args)...));
-  }
   void sayRegistration(RegisterReason reason) {
     say<SrvTourRegisterResult>(reason, kTour, TourMoneyChooser::empty());
     if (reason == RegisterReason::Registered) say<SrvTourTourneyStatus>(Registering, kTour);
@@ -74,47 +67,20 @@ class TourServer final : public SessionEvents {
     tables.version = players.version = text.version = version;
     say<SrvMultiTourInitialize>(tables, players, text, kTour, PrizeSchemeInfoMap(), PrizeFundInfo(), version, version);
   }
-  void breakConnection() { session_->close(); }
-  bool runUntil(const std::function<bool()>& holds) {
-    const auto deadline = std::chrono::steady_clock::now() + 20s;
-    while (!holds() && std::chrono::steady_clock::now() < deadline) {
-      context_.run_one_for(50ms);
-      if (context_.stopped()) context_.restart();
-    }
-    return holds();
-  }
-  bool hears(std::size_t commands) {
-    return runUntil([&] { return heard.size() >= commands; });
-  }
 
  private:
-  void onOpen(TcpSession& session) override { session_ = &session; }
-  void onCommand(TcpSession& session, CommandHandle<> command) override {
-    session_ = &session;
-    const std::string name(CommandFactory::find(*command)->name());
-    if (name == "ClHandShake") {
-      say<SrvHandShaked>();
-      session.setState(SessionState::ShakenHands);
-    } else if (name == "ClLogon") {
-      say<SrvLogonOk>("Player", "", false, RealMoneyAcc(), true);
-      session.setState(SessionState::Seated);
-      if (loggedOn) loggedOn();
-    } else if (name == "ClPing") {
-      say<SrvPing>(0);
-    } else if (name != "ClBye") {
-      if (const auto* request = dynamic_cast<const ClTourRegister*>(command.get())) password = request->password();
-      if (const auto* request = dynamic_cast<const ClGetUpdateInfo*>(command.get())) {
-        versions = {request->getTablesVer(), request->getPlayersVer(), request->getTextVer(), request->prizeVersion(),
-                    request->getFundVer()};
-      }
-      heard.push_back(name);
-      if (answer) answer(name);
-    }
+  void onLoggedOn() override {
+    if (loggedOn) loggedOn();
   }
-
-  asio::io_context& context_;
-  TcpServer server_;
-  TcpSession* session_ = nullptr;
+  bool takesItself(std::string_view name, const PokerCommandI& command) override {
+    if (name == "ClPing") say<SrvPing>(0);
+    if (const auto* request = dynamic_cast<const ClTourRegister*>(&command)) password = request->password();
+    if (const auto* request = dynamic_cast<const ClGetUpdateInfo*>(&command)) {
+      versions = {request->getTablesVer(), request->getPlayersVer(), request->getTextVer(), request->prizeVersion(),
+                  request->getFundVer()};
+    }
+    return name == "ClPing" || name == "ClBye";
+  }
 };
 
 class TourClient : public testing::Test {

@@ -1,5 +1,6 @@
+#include "MadeServer.h"
+
 #include <examples/holdem/client/bots/Bot.h>
-#include <hostkit/TcpServer.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -16,22 +17,14 @@ namespace {
 using namespace std::chrono_literals;
 using testing::ElementsAre;
 
-/// A server that lets everybody in at a table of two seats and otherwise says what the test tells it. It notes what
-/// the one client asks for.
-class MadeServer final : public SessionEvents {
+/// A server with a table of two seats, both taken.
+class TableServer final : public test::MadeServer {
  public:
-  explicit MadeServer(asio::io_context& context) : context_(context), server_(context, {}, *this) { server_.start(); }
+  using MadeServer::MadeServer;
 
-  std::vector<std::string> heard;  // by class, but for coming in
-  std::string reserveID;           // of the last ClAcceptInvite
+  std::string reserveID;  // of the last ClAcceptInvite
   RealMoneyType money;
-  std::function<void(std::string_view)> answer;
 
-  Endpoint endpoint() const { return {"127.0.0.1", server_.port()}; }
-  template <class T, class... Args>
-  void say(Args&&... args) {
-    session_->send(*make<T>(std::forward<Args>(args)...));
-  }
   void sayState(std::initializer_list<std::uint8_t> taken) {
     ClientTableState state;
     state.gameID = 1;
@@ -47,56 +40,27 @@ class MadeServer final : public SessionEvents {
     }
     say<SrvTableState>(state);
   }
-  void breakConnection() { session_->close(); }
-  bool runUntil(const std::function<bool()>& holds) {
-    const auto deadline = std::chrono::steady_clock::now() + 20s;
-    while (!holds() && std::chrono::steady_clock::now() < deadline) {
-      context_.run_one_for(50ms);
-      if (context_.stopped()) context_.restart();
-    }
-    return holds();
-  }
-  bool hears(std::size_t commands) {
-    return runUntil([&] { return heard.size() >= commands; });
-  }
 
  private:
-  void onOpen(TcpSession& session) override { session_ = &session; }
-  void onCommand(TcpSession& session, CommandHandle<> command) override {
-    session_ = &session;
-    const std::string name(CommandFactory::find(*command)->name());
-    if (name == "ClHandShake") {
-      say<SrvHandShaked>();
-      session.setState(SessionState::ShakenHands);
-    } else if (name == "ClLogon") {
-      say<SrvLogonOk>("Waiter", "", false, RealMoneyAcc(), true);
-      session.setState(SessionState::Seated);
-    } else if (name == "ClConnectGame") {
-      sayState({0, 1});
-    } else {
-      if (const auto* accept = dynamic_cast<const ClAcceptInvite*>(command.get())) {
-        reserveID = accept->reserveID();
-        money = accept->money();
-      }
-      heard.push_back(name);
-      if (answer) answer(name);
+  bool takesItself(std::string_view name, const PokerCommandI& command) override {
+    if (name == "ClConnectGame") sayState({0, 1});
+    if (const auto* accept = dynamic_cast<const ClAcceptInvite*>(&command)) {
+      reserveID = accept->reserveID();
+      money = accept->money();
     }
+    return name == "ClConnectGame";
   }
-
-  asio::io_context& context_;
-  TcpServer server_;
-  TcpSession* session_ = nullptr;
 };
 
 struct WaitingBot {
   std::optional<PlayerEnd> end;
   Bot bot;
 
-  WaitingBot(asio::io_context& context, const MadeServer& server, unsigned reconnects = 0)
+  WaitingBot(asio::io_context& context, const TableServer& server, unsigned reconnects = 0)
       : bot(context, settings(server, reconnects), [this](PlayerEnd how, std::string_view) { end = how; }) {
     bot.start();
   }
-  static BotSettings settings(const MadeServer& server, unsigned reconnects) {
+  static BotSettings settings(const TableServer& server, unsigned reconnects) {
     BotSettings settings;
     settings.player.server = server.endpoint();
     settings.player.name = "Waiter";
@@ -109,7 +73,7 @@ struct WaitingBot {
 
 TEST(WaitingClient, QueuesAtAFullTableAndTakesTheInvitationWithoutAskingForASeatBeside) {
   asio::io_context context(1);
-  MadeServer server(context);
+  TableServer server(context);
   WaitingBot waiter(context, server);
   ASSERT_TRUE(server.hears(1));
   EXPECT_THAT(server.heard, ElementsAre("ClAddToWaitList"));
@@ -133,7 +97,7 @@ TEST(WaitingClient, QueuesAtAFullTableAndTakesTheInvitationWithoutAskingForASeat
 
 TEST(WaitingClient, QueuesAnewAfterTheConnectionBroke) {
   asio::io_context context(1);
-  MadeServer server(context);
+  TableServer server(context);
   WaitingBot waiter(context, server, 3);
   ASSERT_TRUE(server.hears(1));
   server.breakConnection();
@@ -143,7 +107,7 @@ TEST(WaitingClient, QueuesAnewAfterTheConnectionBroke) {
 
 TEST(WaitingClient, GoesWhenThereWillBeNoSeatAndFailsWhenItMayNotWait) {
   asio::io_context context(1);
-  MadeServer server(context);
+  TableServer server(context);
   WaitingBot waiter(context, server);
   ASSERT_TRUE(server.hears(1));
   server.say<SrvAddToWaitListOk>(1u);
