@@ -22,29 +22,18 @@ void appendHex(std::string& out, std::uint64_t value, int digits) {
   for (int shift = 4 * (digits - 1); shift >= 0; shift -= 4) out += "0123456789ABCDEF"[value >> shift & 0xF];
 }
 
+template <class T>
+void appendDecimal(std::string& out, T value) {
+  char digits[std::numeric_limits<T>::digits10 + 2];
+  out.append(digits, std::to_chars(digits, std::end(digits), value).ptr);
+}
+
 /// The number that the hexadecimal digits tell; none when there is anything else among them.
 std::optional<std::uint64_t> parseHex(std::string_view digits) {
   std::uint64_t value = 0;
   const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value, 16);
   if (error != std::errc() || end != digits.data() + digits.size()) return std::nullopt;
   return value;
-}
-
-void appendQuoted(std::string& out, std::string_view text) {
-  out += '"';
-  for (const char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (c == '"' || c == '\\') {
-      out += '\\';
-      out += c;
-    } else if (byte < 0x20 || byte > 0x7E) {
-      out += "\\u00";
-      appendHex(out, byte, 2);
-    } else {
-      out += c;
-    }
-  }
-  out += '"';
 }
 
 /// The 8-bit text of UTF-8 that is known to be well-formed; none when a character is above U+00FF.
@@ -98,6 +87,26 @@ std::optional<RealMoneyType> parseMoney(std::string_view text) {
 
 // --- writing ---------------------------------------------------------------------------------------------------------
 
+void appendJsonString(std::string& out, std::string_view text) {
+  out += '"';
+  std::size_t plain = 0;  // where the characters begin that stand for themselves
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(text[i]);
+    if (byte >= 0x20 && byte <= 0x7E && byte != '"' && byte != '\\') continue;
+    out.append(text, plain, i - plain);
+    plain = i + 1;
+    if (byte == '"' || byte == '\\') {
+      out += '\\';
+      out += text[i];
+    } else {
+      out += "\\u00";
+      appendHex(out, byte, 2);
+    }
+  }
+  out.append(text, plain);
+  out += '"';
+}
+
 FieldsToJson::~FieldsToJson() = default;
 
 std::string FieldsToJson::take() {
@@ -113,15 +122,16 @@ void FieldsToJson::separate() {
 void FieldsToJson::name(const Field& field) {
   separate();
   if (field.name.empty()) return;
-  appendQuoted(object_, field.name);
-  object_ += ':';
+  object_ += '"';
+  object_ += field.name;  // an identifier: nothing in it needs an escape
+  object_ += "\":";
 }
 
 /// Whether the value is to follow: a masked one does not.
 bool FieldsToJson::begin(const Field& field) {
   name(field);
   const bool masked = field.secret && secrets_ == JsonSecrets::kMask;
-  if (masked) appendQuoted(object_, kMask);
+  if (masked) appendJsonString(object_, kMask);
   return !masked;
 }
 
@@ -132,16 +142,20 @@ void FieldsToJson::number(const Field& field, std::int64_t& value) {
       object_ += value != 0 ? "true" : "false";
       break;
     case FieldType::Money:
-      appendQuoted(object_, RealMoneyType::fromHundredths(value).toString());
+      appendJsonString(object_, RealMoneyType::fromHundredths(value).toString());
       break;
     case FieldType::U64:
-      appendQuoted(object_, std::to_string(static_cast<std::uint64_t>(value)));
+      object_ += '"';
+      appendDecimal(object_, static_cast<std::uint64_t>(value));
+      object_ += '"';
       break;
     case FieldType::I64:
-      appendQuoted(object_, std::to_string(value));
+      object_ += '"';
+      appendDecimal(object_, value);
+      object_ += '"';
       break;
     default:
-      object_ += std::to_string(value);
+      appendDecimal(object_, value);
   }
 }
 
@@ -156,12 +170,12 @@ void FieldsToJson::real(const Field& field, double& value) {
     std::memcpy(&bits, &value, sizeof bits);
     std::string text(kBitsPrefix);
     appendHex(text, bits, 16);
-    appendQuoted(object_, text);
+    appendJsonString(object_, text);
   }
 }
 
 void FieldsToJson::text(const Field& field, std::string& value) {
-  if (begin(field)) appendQuoted(object_, value);
+  if (begin(field)) appendJsonString(object_, value);
 }
 
 void FieldsToJson::bytes(const Field& field, std::vector<std::uint8_t>& value) {
@@ -199,7 +213,62 @@ void FieldsToJson::endMap(const Field&) { object_ += ']'; }
 
 // --- reading ---------------------------------------------------------------------------------------------------------
 
-/// The parsed text, and where the walk stands in it.
+struct JsonObject::Parsed {
+  Json root;
+};
+
+namespace {
+
+const Json& jsonOf(const void* value) { return *static_cast<const Json*>(value); }
+
+/// The member of that name; null when there is none.
+const Json* memberOf(const void* object, std::string_view name) {
+  const Json& json = jsonOf(object);
+  const auto place = json.find(std::string(name));
+  return place == json.end() ? nullptr : &*place;
+}
+
+}  // namespace
+
+JsonObject::JsonObject(std::string_view json) {
+  const auto fail = [](const std::string& problem) { throw FieldValueError({.name = "JSON"}, problem); };
+  try {
+    parsed_ = std::make_shared<const Parsed>(Parsed{Json::parse(json)});
+  } catch (const Json::parse_error& error) {
+    fail("syntax error at byte " + std::to_string(error.byte));
+  } catch (const Json::exception&) {
+    fail("a number is beyond what a double can hold");
+  }
+  if (!parsed_->root.is_object()) fail("takes an object");
+  value_ = &parsed_->root;
+}
+
+bool JsonObject::has(std::string_view name) const { return memberOf(value_, name) != nullptr; }
+
+std::optional<std::string> JsonObject::text(std::string_view name) const {
+  const Json* member = memberOf(value_, name);
+  if (member == nullptr || !member->is_string()) return std::nullopt;
+  return member->get_ref<const std::string&>();
+}
+
+std::optional<JsonObject> JsonObject::object(std::string_view name) const {
+  const Json* member = memberOf(value_, name);
+  if (member == nullptr || !member->is_object()) return std::nullopt;
+  return JsonObject(parsed_, member);
+}
+
+std::optional<std::vector<JsonObject>> JsonObject::objects(std::string_view name) const {
+  const Json* member = memberOf(value_, name);
+  if (member == nullptr || !member->is_array()) return std::nullopt;
+  std::vector<JsonObject> objects;
+  for (const Json& element : *member) {
+    if (!element.is_object()) return std::nullopt;
+    objects.push_back(JsonObject(parsed_, &element));
+  }
+  return objects;
+}
+
+/// The object, and where the walk stands in it.
 struct FieldsFromJson::Object {
   struct Frame {
     const Json* value;
@@ -208,7 +277,7 @@ struct FieldsFromJson::Object {
     std::vector<const Json*> visited = {};  // of an object
   };
 
-  Json root;
+  JsonObject fields;
   JsonSecrets secrets;
   std::vector<Frame> frames = {};
   std::string leaf = {};  // the value visited last in the innermost frame
@@ -280,24 +349,18 @@ struct FieldsFromJson::Object {
   }
 };
 
-FieldsFromJson::FieldsFromJson(std::string_view json, JsonSecrets secrets) {
-  const auto fail = [](const std::string& problem) { throw FieldValueError({.name = "JSON"}, problem); };
-  try {
-    object_ = std::make_unique<Object>(Object{Json::parse(json), secrets});
-  } catch (const Json::parse_error& error) {
-    fail("syntax error at byte " + std::to_string(error.byte));
-  } catch (const Json::exception&) {
-    fail("a number is beyond what a double can hold");
-  }
-  if (!object_->root.is_object()) fail("takes an object");
-}
+FieldsFromJson::FieldsFromJson(std::string_view json, JsonSecrets secrets)
+    : FieldsFromJson(JsonObject(json), secrets) {}
+
+FieldsFromJson::FieldsFromJson(JsonObject fields, JsonSecrets secrets)
+    : object_(std::make_unique<Object>(Object{std::move(fields), secrets})) {}
 
 FieldsFromJson::~FieldsFromJson() = default;
 
 void FieldsFromJson::run(const std::function<void(FieldVisitor&)>& walk) {
   object_->leaf.clear();
   object_->frames.clear();
-  object_->frames.push_back({&object_->root, {}});
+  object_->frames.push_back({&jsonOf(object_->fields.value_), {}});
   try {
     walk(*this);
     object_->checkAllVisited();

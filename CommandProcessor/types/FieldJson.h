@@ -17,12 +17,20 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace poker {
 
 /// Whether secrets are masked by "***" or stand in clear. A reader that expects masked ones refuses the mask; one that
 /// expects them in clear takes "***" for what it says.
 enum class JsonSecrets : bool { kMask, kShow };
+
+/// Appends the text in quotes: ASCII, its bytes as code points U+0000 to U+00FF.
+COMMANDPROCESSOR_API void appendJsonString(std::string& out, std::string_view text);
 
 /// Writes the fields of a looking walk (visitFields).
 class COMMANDPROCESSOR_API FieldsToJson : public FieldVisitor {
@@ -55,12 +63,36 @@ class COMMANDPROCESSOR_API FieldsToJson : public FieldVisitor {
   JsonSecrets secrets_;
 };
 
+/// A parsed JSON object, for whoever finds fields inside a larger one. Copies share what was parsed. Any thread may read.
+class COMMANDPROCESSOR_API JsonObject {
+ public:
+  /// @throws FieldValueError  when the text is no JSON object
+  explicit JsonObject(std::string_view json);
+
+  bool has(std::string_view name) const;
+  /// The member that is a string; none when there is no such member, or it is none.
+  std::optional<std::string> text(std::string_view name) const;
+  /// The member that is an object; none when there is no such member, or it is none.
+  std::optional<JsonObject> object(std::string_view name) const;
+  /// The member that is an array of objects; none when there is no such member, or it is anything else.
+  std::optional<std::vector<JsonObject>> objects(std::string_view name) const;
+
+ private:
+  friend class FieldsFromJson;
+  struct Parsed;
+  JsonObject(std::shared_ptr<const Parsed> parsed, const void* value) : parsed_(std::move(parsed)), value_(value) {}
+
+  std::shared_ptr<const Parsed> parsed_;
+  const void* value_;  // inside of what was parsed
+};
+
 /// Sets the fields of an assigning walk (assignFields) from such an object. Strict: unknown, missing, masked and
 /// ill-typed fields and values out of range are refused, by an error that names the field's place: "prizes[2].key: …".
 class COMMANDPROCESSOR_API FieldsFromJson : public FieldVisitor {
  public:
   /// @throws FieldValueError  when the text is no JSON object
   explicit FieldsFromJson(std::string_view json, JsonSecrets secrets = JsonSecrets::kMask);
+  explicit FieldsFromJson(JsonObject fields, JsonSecrets secrets = JsonSecrets::kMask);
   ~FieldsFromJson() override;
 
   /// Runs one walk, which must show the fields to the visitor that it is given. The object may be run over many times.

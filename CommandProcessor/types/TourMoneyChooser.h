@@ -37,8 +37,8 @@ class COMMANDPROCESSOR_API TourMoneyChooser : public Record<TourMoneyChooser> {
   friend FieldAccess;
   static void fields(auto& self, auto&& field) {
     field.unless("empty", self.isEmpty(), [&](auto& amounts) {
-      amounts("cash", self.cash_);
-      amounts("tourMoney", self.tourMoney_);
+      amounts("first", self.cash_);
+      amounts("second", self.tourMoney_);
       amounts("chosen", wire::orElse(self.chosen_, true));
     });
   }

@@ -139,7 +139,7 @@ struct TurnRangesCodec : CodecBase {
   bool fits() const { return held.size() <= largestCount<std::uint8_t>(); }
   void inspect(Field field, FieldVisitor& visitor, bool assign) const {
     field.type = FieldType::Map;
-    field.count = countType<std::uint8_t>();
+    describeCount<std::uint8_t>(field);
     const std::size_t size = visitor.beginMap(field, held.size());
     if (assign && size > largestCount<std::uint8_t>()) throw FieldValueError(field, "too many entries for their count");
     auto place = held.begin();

@@ -297,7 +297,8 @@ struct CountWire<BelowOneIsNone> {
 template <class T>
 struct CountWire<Capped<T>> {
   using Type = std::uint32_t;
-  static constexpr std::uint64_t kMost = T::kMostElements;
+  static constexpr std::uint32_t kRefusedAbove = T::kMostElements;
+  static constexpr std::uint64_t kMost = kRefusedAbove;
   static std::uint32_t decode(std::uint32_t count) {
     if (count > kMost) throw new CommandDeserializeException(T::kTooManyElements);
     return count;
@@ -326,6 +327,13 @@ constexpr std::size_t countSize() {
 template <class Count>
 constexpr FieldType countType() {
   return fieldTypeOf<typename CountWire<Count>::Type>();
+}
+/// Tells the field what stands in front of its elements.
+template <class Count>
+constexpr void describeCount(Field& field) {
+  field.count = countType<Count>();
+  field.belowOneIsNone = std::same_as<Count, BelowOneIsNone>;
+  if constexpr (requires { CountWire<Count>::kRefusedAbove; }) field.most = CountWire<Count>::kRefusedAbove;
 }
 
 template <class Count, class T>
@@ -356,7 +364,7 @@ struct BytesCodec : CodecBase {
   bool fits() const { return held.size() <= largestCount<Count>(); }
   void inspect(Field field, FieldVisitor& visitor, bool assign) const {
     field.type = FieldType::Bytes;
-    field.count = countType<Count>();
+    describeCount<Count>(field);
     std::vector<std::uint8_t> value = held;
     visitor.bytes(field, value);
     if (!assign) return;
@@ -613,7 +621,7 @@ struct ListCodec : CodecBase {
   bool fits() const { return elements.items.size() <= largestCount<Count>() && elements.fit(); }
   void inspect(Field field, FieldVisitor& visitor, bool assign) const {
     field.type = FieldType::List;
-    field.count = countType<Count>();
+    describeCount<Count>(field);
     elements.inspect(field, largestCount<Count>(), visitor, assign);
   }
 };
@@ -651,6 +659,7 @@ class CountedCodec : public CodecBase {
     void inspect(Field field, FieldVisitor& visitor, bool) const {
       field.type = countType<Count>();
       field.derived = true;
+      list.countedBy_ = field.name;
       auto size = static_cast<std::int64_t>(list.elements_.items.size());
       visitor.number(field, size);
     }
@@ -671,12 +680,14 @@ class CountedCodec : public CodecBase {
   bool fits() const { return elements_.items.size() <= largestCount<Count>() && elements_.fit(); }
   void inspect(Field field, FieldVisitor& visitor, bool assign) const {
     field.type = FieldType::List;
+    field.countedBy = countedBy_;
     elements_.inspect(field, largestCount<Count>(), visitor, assign);
   }
 
  private:
   Elements<C> elements_;
   std::uint32_t count_ = 0;
+  std::string_view countedBy_;  // the count's name, as it was shown
 };
 
 template <class Count, class C>
@@ -716,7 +727,7 @@ struct RowsCodec : CodecBase {
   }
   void inspect(Field field, FieldVisitor& visitor, bool assign) const {
     field.type = FieldType::List;
-    field.count = countType<Count>();
+    describeCount<Count>(field);
     std::vector<Row> rows;
     for (auto& entry : held) rows.push_back(entry.second);
     Elements<std::vector<Row>>{rows}.inspect(field, largestCount<Count>(), visitor, assign);
@@ -784,7 +795,7 @@ struct MapCodec : CodecBase {
   }
   void inspect(Field field, FieldVisitor& visitor, bool assign) const {
     field.type = FieldType::Map;
-    field.count = countType<Count>();
+    describeCount<Count>(field);
     const std::size_t size = visitor.beginMap(field, held.size());
     if (assign && size > largestCount<Count>()) throw FieldValueError(field, "too many entries for their count");
     auto place = held.begin();

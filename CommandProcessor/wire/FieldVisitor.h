@@ -44,6 +44,12 @@ struct Field {
   std::uint32_t size = 0;
   /// Bytes, List, Map: the number that stands in front. None when the size is fixed or the count stands elsewhere.
   std::optional<FieldType> count = {};
+  /// The count is signed, and below 1 nothing follows; any other signed count below 0 is one that is too large.
+  bool belowOneIsNone = false;
+  /// List: a count above this one is refused. 0: no such limit.
+  std::uint32_t most = 0;
+  /// List without a count in front: the name of the derived number before it that is its count.
+  std::string_view countedBy = {};
   /// Bool inside a flags byte: the bits that are written for true, of which any is read as true. 0: a byte of its own.
   std::uint8_t mask = 0;
   /// Computed from other fields (a count, a presence flag): shown, never set.

@@ -202,7 +202,7 @@ TEST(ClGetTournamentsInfo, AsksForTheFirstKindUnlessTold) {
 // ---- what the golden lines, which name each field, cannot see
 
 TEST(TournamentInits, PutLikeArgumentsInTheirOwnFields) {
-  const std::string choice = R"({"cash":"0.03","tourMoney":"0.04","chosen":false})";
+  const std::string choice = R"({"first":"0.03","second":"0.04","chosen":false})";
   EXPECT_EQ(fieldsToJson(*make<ClGetUpdateInfo>(1u, 2u, 3u, 4u, 5u, 6u)),
             R"({"tablesVer":1,"playersVer":2,"textVer":3,"tournamentId":4,"prizeVersion":5,"fundVer":6})");
   EXPECT_EQ(fieldsToJson(*make<ClGetExtraMoney>(ExtraMoneyRequest::AddOn, true, 3u, 4u, kChoice)),

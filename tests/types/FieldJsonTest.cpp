@@ -67,7 +67,7 @@ constexpr auto kJson =
     R"({"big":"18446744073709551615","small":"-9223372036854775808","number":-7,"level":3,"ratio":0.1,"day":44250.25,)"
     R"("stamp":{"date":-0.0,"status":2},"text":"a\"\\\u000A\u007F\u0080\u00FF","raw":"00FF7A","flags":{"chat":true},)"
     R"("rows":[{"seat":0,"name":""}],"news":[{"key":-1,"value":"x"}],)"
-    R"("moneyChooser":{"cash":"12.50","tourMoney":"-0.05","chosen":false},"password":"secret"})";
+    R"("moneyChooser":{"first":"12.50","second":"-0.05","chosen":false},"password":"secret"})";
 
 TEST(FieldJson, HasTheDocumentedForm) {
   const Entry entry;
@@ -117,8 +117,8 @@ TEST(FieldJson, RefusesWhatIsWrongAndTellsWhere) {
   } cases[] = {
       {"\"number\":-7,", "", "number: is missing"},
       {"\"number\"", "\"colour\":1,\"number\"", "colour: there is no such field"},
-      {"\"cash\"", "\"empty\":false,\"cash\"", "moneyChooser.empty: there is no such field"},
-      {"\"cash\":\"12.50\",", "", "moneyChooser.cash: is missing"},
+      {"\"first\"", "\"empty\":false,\"first\"", "moneyChooser.empty: there is no such field"},
+      {"\"first\":\"12.50\",", "", "moneyChooser.first: is missing"},
       {"-7", "2147483648", "number: 2147483648 is out of range for i32"},
       {"-7", "18446744073709551615", "number: 18446744073709551615 is out of range for i32"},
       {"-7", "-7.0", "number: takes a whole number"},
@@ -147,7 +147,7 @@ TEST(FieldJson, RefusesWhatIsWrongAndTellsWhere) {
       {"\"key\":-1,", "", "news[0].key: is missing"},
       {"\"value\":\"x\"", "\"value\":\"x\",\"more\":1", "news[0].more: there is no such field"},
       {"{\"key\":-1,\"value\":\"x\"}", "7", "news[0]: takes an object"},
-      {"\"12.50\"", "12.5", "moneyChooser.cash: takes money as a string: \"12.50\""},
+      {"\"12.50\"", "12.5", "moneyChooser.first: takes money as a string: \"12.50\""},
       {"\"secret\"", "\"***\"", "password: the secret is masked by \"***\"; decode with secrets shown"},
       {"\"password\"", "\"text\"", "password: is missing"},
   };
@@ -159,7 +159,7 @@ TEST(FieldJson, RefusesWhatIsWrongAndTellsWhere) {
   EXPECT_EQ(errorWith(R"([{"seat":0,"name":""}])", crowd), "rows: too many elements for their count");
   for (const char* money : {"", "-", "$1", "1,50", "1.", ".5", "1.234", "+1", " 1", "1 ", "1e3", "1.-5", "--1", "0x10",
                             "92233720368547758.08", "-92233720368547758.09", "99999999999999999999"}) {
-    EXPECT_EQ(errorWith("12.50", money), "moneyChooser.cash: is no money text") << money;
+    EXPECT_EQ(errorWith("12.50", money), "moneyChooser.first: is no money text") << money;
   }
   Entry entry;
   for (const auto& [json, error] : std::initializer_list<std::pair<const char*, const char*>>{

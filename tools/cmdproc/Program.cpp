@@ -1,0 +1,46 @@
+#include <tools/cmdproc/Program.h>
+#include <tools/cmdproc/output/Output.h>
+
+#include <new>
+
+namespace poker::cmdproc {
+
+namespace {
+
+constexpr const char* kDescription =
+    "Sees, writes and checks the commands that a poker client and its server exchange.";
+constexpr const char* kFooter =
+    "Results go to standard output, messages to standard error.\n"
+    "Exit status: 0 clean, 1 findings or bad data, 2 wrong usage or input and output that fail.\n"
+    "Secrets are shown as *** unless --show-secrets is given.";
+
+}  // namespace
+
+void addSubcommands(CLI::App& program, Action& action) {
+  addList(program, action);
+  addDescribe(program, action);
+}
+
+int runProgram(int argc, char** argv) {
+  CLI::App program(kDescription, "cmdproc");
+  program.footer(kFooter);
+  program.require_subcommand(1);
+  program.set_version_flag("--version", "cmdproc " CMDPROC_VERSION);
+  Action action;
+  addSubcommands(program, action);
+  try {
+    program.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return program.exit(error) == 0 ? static_cast<int>(ExitStatus::Clean) : static_cast<int>(ExitStatus::Failed);
+  }
+  try {
+    return static_cast<int>(action());
+  } catch (const std::bad_alloc&) {
+    complain("out of memory");
+  } catch (const std::exception& error) {
+    complain(error.what());
+  }
+  return static_cast<int>(ExitStatus::Failed);
+}
+
+}  // namespace poker::cmdproc

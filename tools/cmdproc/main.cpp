@@ -1,0 +1,3 @@
+#include <tools/cmdproc/Program.h>
+
+int main(int argc, char** argv) { return poker::cmdproc::runProgram(argc, argv); }
