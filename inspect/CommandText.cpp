@@ -15,9 +15,11 @@ class TextVisitor : public FieldVisitor {
  public:
   std::string line;
 
+  explicit TextVisitor(JsonSecrets secrets) : secrets_(secrets) {}
+
   void number(const Field& field, std::int64_t& value) override {
     if (field.derived || !begin(field)) return;
-    if (field.secret) {
+    if (isMasked(field)) {
       line += kSecret;
     } else if (field.type == FieldType::Bool) {
       line += value != 0 ? "true" : "false";
@@ -36,11 +38,11 @@ class TextVisitor : public FieldVisitor {
   }
   void text(const Field& field, std::string& value) override {
     if (!begin(field)) return;
-    line += field.secret ? kSecret : quoted(value);
+    line += isMasked(field) ? kSecret : quoted(value);
   }
   void bytes(const Field& field, std::vector<std::uint8_t>& value) override {
     if (!begin(field)) return;
-    line += field.secret ? kSecret : '<' + bytesAsText(value, kMostBytes) + '>';
+    line += isMasked(field) ? kSecret : '<' + bytesAsText(value, kMostBytes) + '>';
   }
   void beginRecord(const Field& field) override { open(field, '{'); }
   void endRecord(const Field&) override { close('}'); }
@@ -60,6 +62,7 @@ class TextVisitor : public FieldVisitor {
   static constexpr const char* kSecret = "***";
   static constexpr std::size_t kMostBytes = 16;
 
+  bool isMasked(const Field& field) const { return field.secret && secrets_ == JsonSecrets::kMask; }
   /// Starts a field, unless it is absent.
   bool begin(const Field& field) {
     if (absent_ != 0) return false;
@@ -74,6 +77,7 @@ class TextVisitor : public FieldVisitor {
     if (absent_ == 0) line += bracket;
   }
 
+  JsonSecrets secrets_;
   int absent_ = 0;  // how deep inside absent parts
 };
 
@@ -109,8 +113,17 @@ std::string bytesAsText(std::span<const std::uint8_t> bytes, std::size_t most) {
   return result;
 }
 
-std::string fieldsAsText(const PokerCommandI& command) {
-  TextVisitor visitor;
+std::string cardText(const Card& card) {
+  constexpr std::string_view kRanks = "?A23456789TJQKA";
+  constexpr std::string_view kSuits = "?cdhs";
+  const auto rank = static_cast<std::size_t>(card.rank());
+  const auto suit = static_cast<std::size_t>(card.suit());
+  if (card.visibility() == Card::Visibility::Hidden || rank >= kRanks.size() || suit >= kSuits.size()) return "??";
+  return {kRanks[rank], kSuits[suit]};
+}
+
+std::string fieldsAsText(const PokerCommandI& command, JsonSecrets secrets) {
+  TextVisitor visitor(secrets);
   if (const CommandFields* fields = CommandFields::of(command)) fields->visit(command, visitor);
   return std::move(visitor.line);
 }

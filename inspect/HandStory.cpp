@@ -18,22 +18,12 @@ std::string joined(const Parts&... parts) {
   return text;
 }
 
-constexpr std::string_view kRanks = "?A23456789TJQKA";
-constexpr std::string_view kSuits = "?cdhs";
-
-std::string textOf(const Card& card) {
-  const auto rank = static_cast<std::size_t>(card.rank());
-  const auto suit = static_cast<std::size_t>(card.suit());
-  if (card.visibility() == Card::Visibility::Hidden || rank >= kRanks.size() || suit >= kSuits.size()) return "??";
-  return {kRanks[rank], kSuits[suit]};
-}
-
 /// "[As Kd]"
 std::string textOf(std::span<const Card> cards) {
   std::string text = "[";
   for (const Card& card : cards) {
     if (text.size() > 1) text += ' ';
-    text += textOf(card);
+    text += cardText(card);
   }
   return text += ']';
 }

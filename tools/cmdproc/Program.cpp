@@ -19,6 +19,10 @@ constexpr const char* kFooter =
 void addSubcommands(CLI::App& program, Action& action) {
   addList(program, action);
   addDescribe(program, action);
+  addDecode(program, action);
+  addEncode(program, action);
+  addStats(program, action);
+  addTexts(program, action);
 }
 
 int runProgram(int argc, char** argv) {

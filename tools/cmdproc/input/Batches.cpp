@@ -1,0 +1,7 @@
+#include <tools/cmdproc/input/Batches.h>
+
+namespace poker::cmdproc {
+
+SrvCompressedCommands* asBatch(PokerCommandI& command) { return dynamic_cast<SrvCompressedCommands*>(&command); }
+
+}  // namespace poker::cmdproc

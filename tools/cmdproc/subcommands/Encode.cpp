@@ -1,0 +1,177 @@
+#include <hostkit/CommandFactory.h>
+#include <hostkit/Encode.h>
+#include <inspect/CommandFields.h>
+#include <inspect/CommandText.h>
+#include <tools/cmdproc/Program.h>
+#include <tools/cmdproc/input/Batches.h>
+#include <tools/cmdproc/input/Bytes.h>
+#include <tools/cmdproc/output/Output.h>
+
+#include <fmt/format.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace poker::cmdproc {
+
+namespace {
+
+struct Options {
+  std::string path = "-";
+  bool hex = false;
+  bool keepGoing = false;
+  JsonSecrets secrets = JsonSecrets::kMask;
+};
+
+/// A line that is no command.
+class BadLine : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// Lines of any length, one after the other.
+class Lines {
+ public:
+  explicit Lines(ByteSource& bytes) : bytes_(bytes) {}
+
+  /// @return false at the end
+  bool next(std::string& line) {
+    line.clear();
+    for (;;) {
+      const std::size_t end = buffer_.find('\n', taken_);
+      if (end != std::string::npos) {
+        line.append(buffer_, taken_, end - taken_);
+        taken_ = end + 1;
+        return true;
+      }
+      line.append(buffer_, taken_);
+      buffer_.resize(kBuffer);
+      taken_ = 0;
+      const std::size_t size = bytes_.read({reinterpret_cast<std::uint8_t*>(buffer_.data()), buffer_.size()});
+      buffer_.resize(size);
+      if (size == 0) return !line.empty();
+    }
+  }
+
+ private:
+  static constexpr std::size_t kBuffer = 256 * 1024;
+
+  ByteSource& bytes_;
+  std::string buffer_;
+  std::size_t taken_ = 0;
+};
+
+/// Makes commands of JSON objects, and bytes of commands.
+class Encoder {
+ public:
+  explicit Encoder(JsonSecrets secrets) : secrets_(secrets) {}
+
+  /// The bytes of the command that the line tells; valid until the next call.
+  /// @throws BadLine
+  std::span<const std::uint8_t> encode(std::string_view line) {
+    try {
+      const CommandHandle<> command = make(JsonObject(line), true);
+      return encodeCommand(*command, buffer_);
+    } catch (const FieldValueError& error) {
+      throw BadLine(error.what());
+    } catch (const EncodeError& error) {
+      throw BadLine(error.what());
+    }
+  }
+
+ private:
+  CommandHandle<> make(const JsonObject& object, bool mayBeBatch) {
+    const std::optional<std::string> name = object.text("command");
+    if (!name) throw BadLine("there is no \"command\" that names a class");
+    const CommandClass* named = CommandFactory::find(*name);
+    if (named == nullptr) throw BadLine("no command class is called " + poker::quoted(*name));
+    try {
+      CommandHandle<> command(named->create());
+      const auto fields = object.object("fields");
+      if (SrvCompressedCommands* batch = asBatch(*command)) {
+        if (!mayBeBatch) throw BadLine("a batch cannot hold another one");
+        if (fillBatch(*batch, object, fields)) return command;
+      }
+      if (!fields) throw BadLine(object.has("fields") ? "\"fields\" takes an object" : "there are no \"fields\"");
+      FieldsFromJson reader(*fields, secrets_);
+      reader.run([&](FieldVisitor& visitor) { CommandFields::of(*command)->assign(*command, visitor); });
+      return command;
+    } catch (const FieldValueError& error) {
+      throw BadLine(*name + ": " + error.what());
+    }
+  }
+
+  /// Compresses the commands that stand beside the fields, when those have no body of their own.
+  /// @return whether the batch was filled so
+  bool fillBatch(SrvCompressedCommands& batch, const JsonObject& object, const std::optional<JsonObject>& fields) {
+    if (!object.has("commands")) return false;
+    if (fields && !fields->text("body").value_or("").empty()) return false;
+    const auto commands = object.objects("commands");
+    if (!commands) throw BadLine("SrvCompressedCommands: \"commands\" takes an array of objects");
+    std::vector<std::uint8_t> frames;
+    for (const JsonObject& each : *commands) {
+      const CommandHandle<> command = make(each, false);
+      const auto bytes = encodeCommand(*command, buffer_);
+      frames.insert(frames.end(), bytes.begin(), bytes.end());
+    }
+    batch.init(frames.data(), static_cast<unsigned>(frames.size()));
+    return true;
+  }
+
+  JsonSecrets secrets_;
+  SerializeCommandBuf buffer_{4096};
+};
+
+ExitStatus encode(const Options& options) {
+  FileBytes input(options.path);
+  if (!options.hex && isTerminal(stdout)) {
+    throw UsageError("encode writes bytes, which are not for a terminal: redirect them, or ask for --hex");
+  }
+  Lines lines(input);
+  Encoder encoder(options.secrets);
+  Output output;
+  Progress progress;
+  ExitStatus status = ExitStatus::Clean;
+  std::string line;
+  for (std::uint64_t number = 1; lines.next(line); ++number) {
+    progress.update(input.position(), input.size(), number, "lines");
+    if (line.find_first_not_of(" \t\r") == std::string::npos) continue;
+    try {
+      const auto bytes = encoder.encode(line);
+      if (options.hex) {
+        output.line(bytesAsText(bytes));
+      } else {
+        output.write({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+      }
+    } catch (const BadLine& error) {
+      status = ExitStatus::Findings;
+      output.flush();
+      progress.clear();
+      complain(fmt::format("line {}: {}", number, error.what()));
+      if (!options.keepGoing) break;
+    }
+  }
+  output.flush();
+  return status;
+}
+
+}  // namespace
+
+void addEncode(CLI::App& program, Action& action) {
+  CLI::App& subcommand = *program.add_subcommand("encode", "a stream of the commands that JSON lines tell");
+  const auto options = std::make_shared<Options>();
+  subcommand.add_option("FILE", options->path, "JSON lines as decode --json writes them; - for standard input")
+      ->type_name("")
+      ->capture_default_str();
+  subcommand.add_flag("--hex", options->hex, "write hexadecimal text, one command a line");
+  subcommand.add_flag("--keep-going", options->keepGoing,
+                      "pass over lines that are no commands, and end with status 1");
+  subcommand.add_flag_callback(
+      "--clear-secrets", [options] { options->secrets = JsonSecrets::kShow; },
+      "take *** in the place of a secret for what it says, not for one that was masked");
+  subcommand.callback([&action, options] { action = [options] { return encode(*options); }; });
+}
+
+}  // namespace poker::cmdproc

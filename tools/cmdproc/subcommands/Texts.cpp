@@ -1,0 +1,166 @@
+#include <CommandProcessor/types/RealMoneyType.h>
+#include <hostkit/CommandFactory.h>
+#include <inspect/CommandFields.h>
+#include <inspect/PlayerText.h>
+#include <inspect/schema/Schema.h>
+#include <tools/cmdproc/Program.h>
+#include <tools/cmdproc/output/Output.h>
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <charconv>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace poker::cmdproc {
+
+namespace {
+
+struct Options {
+  std::string className;
+  std::vector<std::int64_t> codes;
+  std::vector<std::string> set;
+  bool json = false;
+};
+
+/// Sets the code, and the fields that were named; the others are empty.
+class CodeFields : public FieldVisitor {
+ public:
+  CodeFields(std::string_view codeField, std::int64_t code, const std::vector<std::string>& set)
+      : codeField_(codeField), code_(code) {
+    for (const std::string& each : set) {
+      const std::size_t sign = each.find('=');
+      if (sign == 0 || sign == std::string::npos) throw UsageError("--set takes FIELD=VALUE, not " + each);
+      values_.emplace_back(each.substr(0, sign), each.substr(sign + 1));
+    }
+    used_.resize(values_.size());
+  }
+
+  void number(const Field& field, std::int64_t& value) override {
+    value = field.name == codeField_ ? code_ : 0;
+    const std::string* text = valueOf(field);
+    if (text == nullptr) return;
+    const std::string_view digits = *text == "true" ? "1" : *text == "false" ? "0" : std::string_view(*text);
+    if (field.type == FieldType::Money) {
+      value = RealMoneyType::fromText(digits).hundredths();
+    } else if (const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+               error != std::errc() || end != digits.data() + digits.size()) {
+      throw UsageError(std::string(field.name) + " takes a number, not " + *text);
+    }
+  }
+  void real(const Field&, double& value) override { value = 0; }
+  void text(const Field& field, std::string& value) override {
+    const std::string* text = valueOf(field);
+    value = text == nullptr ? std::string() : *text;
+  }
+  void bytes(const Field&, std::vector<std::uint8_t>& value) override { value.clear(); }
+  void beginRecord(const Field&) override {}
+  void endRecord(const Field&) override {}
+  std::size_t beginList(const Field&, std::size_t) override { return 0; }
+  void endList(const Field&) override {}
+  std::size_t beginMap(const Field&, std::size_t) override { return 0; }
+  void endMap(const Field&) override {}
+
+  /// @throws UsageError  a value was given for a field that the class does not have
+  void checkAllUsed() const {
+    for (std::size_t i = 0; i < values_.size(); ++i) {
+      if (!used_[i]) throw UsageError("there is no field " + values_[i].first);
+    }
+  }
+
+ private:
+  const std::string* valueOf(const Field& field) {
+    for (std::size_t i = 0; i < values_.size(); ++i) {
+      if (values_[i].first != field.name) continue;
+      used_[i] = true;
+      return &values_[i].second;
+    }
+    return nullptr;
+  }
+
+  std::string_view codeField_;
+  std::int64_t code_;
+  std::vector<std::pair<std::string, std::string>> values_;
+  std::vector<bool> used_;
+};
+
+/// What the player reads for a code; none when the code's field cannot hold it.
+std::optional<std::string> textOf(const PlayerTextClass& row, std::int64_t code, const std::vector<std::string>& set) {
+  const CommandHandle<> command(CommandFactory::find(row.command)->create());
+  CodeFields fields(row.codeField, code, set);
+  try {
+    CommandFields::of(*command)->assign(*command, fields);
+  } catch (const FieldValueError&) {
+    return std::nullopt;
+  }
+  fields.checkAllUsed();
+  return playerText(*command, JsonSecrets::kShow);
+}
+
+/// The codes that have a text of their own.
+std::vector<std::int64_t> ownCodes(const PlayerTextClass& row, const std::vector<std::string>& set) {
+  constexpr std::int64_t kLargest = 255, kNobodys = 250;
+  const auto other = textOf(row, kNobodys, set);
+  std::vector<std::int64_t> codes;
+  for (std::int64_t code = 0; code <= kLargest; ++code) {
+    if (textOf(row, code, set) != other) codes.push_back(code);
+  }
+  return codes;
+}
+
+std::string lineOf(const Options& options, std::string_view code, const std::string& text) {
+  if (!options.json) return fmt::format("{}: {}", code, text.empty() ? "(nothing)" : text);
+  std::string json = "{\"command\":\"" + options.className + "\",\"code\":";
+  json += code == "other" ? "null" : code;
+  appendJsonString(json.append(",\"text\":"), text);
+  return json += '}';
+}
+
+ExitStatus texts(const Options& options) {
+  Output output;
+  if (options.className.empty()) {
+    for (const PlayerTextClass& row : playerTextClasses())
+      output.line(fmt::format("{} {}", row.command, row.codeField));
+    output.flush();
+    return ExitStatus::Clean;
+  }
+  const auto rows = playerTextClasses();
+  const auto row = std::find_if(rows.begin(), rows.end(),
+                                [&](const PlayerTextClass& each) { return each.command == options.className; });
+  if (row == rows.end()) {
+    const bool exists = CommandSchema::find(options.className) != nullptr;
+    throw UsageError(exists
+                         ? options.className + " has no text for the player (cmdproc texts shows the classes that have)"
+                         : "no command class is called " + options.className + " (cmdproc list shows them all)");
+  }
+  const bool all = options.codes.empty();
+  for (const std::int64_t code : all ? ownCodes(*row, options.set) : options.codes) {
+    const auto text = textOf(*row, code, options.set);
+    if (!text) throw UsageError(fmt::format("{} cannot hold the code {}", row->codeField, code));
+    output.line(lineOf(options, std::to_string(code), *text));
+  }
+  if (all) output.line(lineOf(options, "other", *textOf(*row, 250, options.set)));
+  output.flush();
+  return ExitStatus::Clean;
+}
+
+}  // namespace
+
+void addTexts(CLI::App& program, Action& action) {
+  CLI::App& subcommand = *program.add_subcommand("texts", "what the player reads for a code");
+  const auto options = std::make_shared<Options>();
+  subcommand.add_option("CLASS", options->className, "a command class; without one, the classes that have texts")
+      ->type_name("");
+  subcommand.add_option("CODE", options->codes, "codes; without any, all that have a text of their own")->type_name("");
+  subcommand.add_option("--set", options->set, "another field that the text tells of, as FIELD=VALUE")
+      ->type_name("FIELD=VALUE")
+      ->expected(1)
+      ->take_all();
+  subcommand.add_flag("--json", options->json, "one JSON object a line");
+  subcommand.callback([&action, options] { action = [options] { return texts(*options); }; });
+}
+
+}  // namespace poker::cmdproc
