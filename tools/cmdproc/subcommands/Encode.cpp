@@ -1,3 +1,4 @@
+#include <CommandProcessor/commands/session/SrvPing.h>
 #include <hostkit/CommandFactory.h>
 #include <hostkit/Encode.h>
 #include <inspect/CommandFields.h>
@@ -9,6 +10,7 @@
 
 #include <fmt/format.h>
 
+#include <ctime>
 #include <memory>
 #include <optional>
 #include <string>
@@ -72,8 +74,7 @@ class Encoder {
   /// @throws BadLine
   std::span<const std::uint8_t> encode(std::string_view line) {
     try {
-      const CommandHandle<> command = make(JsonObject(line), true);
-      return encodeCommand(*command, buffer_);
+      return write(*make(JsonObject(line), true));
     } catch (const FieldValueError& error) {
       throw BadLine(error.what());
     } catch (const EncodeError& error) {
@@ -103,6 +104,22 @@ class Encoder {
     }
   }
 
+  std::span<const std::uint8_t> write(PokerCommandI& command) {
+    if (auto* ping = dynamic_cast<SrvPing*>(&command)) return writePing(*ping);
+    return encodeCommand(command, buffer_);
+  }
+
+  /// A SrvPing takes the time when it is written: it gets the start that leads to what the line tells.
+  std::span<const std::uint8_t> writePing(SrvPing& ping) {
+    const std::uint8_t told = ping.inServer();
+    std::span<const std::uint8_t> bytes;
+    do {
+      ping.init(static_cast<std::int32_t>(std::time(nullptr) - told));
+      bytes = encodeCommand(ping, buffer_);
+    } while (ping.inServer() != told);  // a second has just ended
+    return bytes;
+  }
+
   /// Compresses the commands that stand beside the fields, when those have no body of their own.
   /// @return whether the batch was filled so
   bool fillBatch(SrvCompressedCommands& batch, const JsonObject& object, const std::optional<JsonObject>& fields) {
@@ -112,8 +129,7 @@ class Encoder {
     if (!commands) throw BadLine("SrvCompressedCommands: \"commands\" takes an array of objects");
     std::vector<std::uint8_t> frames;
     for (const JsonObject& each : *commands) {
-      const CommandHandle<> command = make(each, false);
-      const auto bytes = encodeCommand(*command, buffer_);
+      const auto bytes = write(*make(each, false));
       frames.insert(frames.end(), bytes.begin(), bytes.end());
     }
     batch.init(frames.data(), static_cast<unsigned>(frames.size()));
