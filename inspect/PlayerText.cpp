@@ -3,7 +3,9 @@
 
 #include <algorithm>
 #include <array>
+#include <typeindex>
 #include <typeinfo>
+#include <unordered_map>
 
 namespace poker {
 
@@ -66,10 +68,14 @@ const auto& rows() {
 }  // namespace
 
 std::optional<std::string> playerText(const PokerCommandI& command, JsonSecrets secrets) {
-  const auto place = std::find_if(rows().begin(), rows().end(),
-                                  [&type = typeid(command)](const Row& row) { return *row.type == type; });
-  if (place == rows().end()) return std::nullopt;
-  return place->text(command, secrets);
+  static const auto byType = [] {
+    std::unordered_map<std::type_index, const Row*> places;
+    for (const Row& row : rows()) places.emplace(*row.type, &row);
+    return places;
+  }();
+  const auto place = byType.find(typeid(command));
+  if (place == byType.end()) return std::nullopt;
+  return place->second->text(command, secrets);
 }
 
 std::span<const PlayerTextClass> playerTextClasses() {

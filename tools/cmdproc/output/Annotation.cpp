@@ -11,6 +11,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <bit>
 #include <charconv>
 
@@ -104,9 +105,15 @@ std::string meaningOf(const WirePiece& piece) {
   return meaning;
 }
 
+bool hasSecrets(const std::vector<SchemaField>& fields) {
+  return std::any_of(fields.begin(), fields.end(),
+                     [](const SchemaField& field) { return field.secret || hasSecrets(field.fields); });
+}
+
 class Rows {
  public:
-  Rows(const CapturedFrame& frame, JsonSecrets secrets) : frame_(frame), secrets_(secrets) {}
+  Rows(const CapturedFrame& frame, JsonSecrets secrets, const Paint& paint)
+      : frame_(frame), secrets_(secrets), paint_(paint) {}
 
   std::string take() { return std::move(text_); }
 
@@ -135,16 +142,18 @@ class Rows {
     const auto command = frame_.bytes.subspan(kLengthSlot);
     const auto failure = walkCommand(schema, command, [this](const WirePiece& piece) { add(piece); });
     if (!failure) {
-      if (!message.empty()) text_ += fmt::format("         ! {}\n", message);
+      if (!message.empty()) text_ += "         " + paint_.alarm(fmt::format("! {}", message)) + '\n';
       return;
     }
     const std::uint64_t offset = frame_.offset + kLengthSlot + failure->offset;
-    const bool secret = failure->field != nullptr && failure->field->secret && secrets_ == JsonSecrets::kMask;
-    text_ += row(offset, secret ? "***" : shortened(command.subspan(failure->offset)),
+    // What is left of a class with secrets may hold one.
+    const bool masked = secrets_ == JsonSecrets::kMask && hasSecrets(schema.fields);
+    text_ += row(offset, masked ? "***" : shortened(command.subspan(failure->offset)),
                  failure->field == nullptr ? "" : typeText(*failure->field), "!",
                  (failure->path.empty() ? "" : failure->path + ": ") + failure->problem);
-    text_ += fmt::format("         ^ {} fails here, at offset {} with {} bytes remaining{}{}\n", schema.name(), offset,
-                         failure->remaining, message.empty() ? "" : ": ", message);
+    const std::string end = fmt::format("^ {} fails here, at offset {} with {} bytes remaining{}{}", schema.name(),
+                                        offset, failure->remaining, message.empty() ? "" : ": ", message);
+    text_ += "         " + paint_.alarm(end) + '\n';
   }
 
   /// A frame whose fields nobody knows.
@@ -166,13 +175,14 @@ class Rows {
 
   const CapturedFrame& frame_;
   JsonSecrets secrets_;
+  const Paint& paint_;
   std::string text_;
 };
 
 }  // namespace
 
-std::string annotate(const CapturedFrame& frame, JsonSecrets secrets, std::string_view message) {
-  Rows rows(frame, secrets);
+std::string annotate(const CapturedFrame& frame, JsonSecrets secrets, const Paint& paint, std::string_view message) {
+  Rows rows(frame, secrets, paint);
   if (const CommandSchema* schema = rows.frame()) {
     rows.fields(*schema, message);
   } else {
@@ -181,9 +191,11 @@ std::string annotate(const CapturedFrame& frame, JsonSecrets secrets, std::strin
   return rows.take();
 }
 
-std::string annotationHead() {
-  return fmt::format("{:>8} | {:<27} | {:<16} | {:<29} | {}\n", "offset", "bytes", "type", "value", "meaning") +
-         fmt::format("{:->8}-+-{:->27}-+-{:->16}-+-{:->29}-+-{:->24}\n", "", "", "", "", "");
+std::string annotationHead(const Paint& paint) {
+  const std::string head =
+      fmt::format("{:>8} | {:<27} | {:<16} | {:<29} | {}", "offset", "bytes", "type", "value", "meaning");
+  const std::string line = fmt::format("{:->8}-+-{:->27}-+-{:->16}-+-{:->29}-+-{:->24}", "", "", "", "", "");
+  return paint.aside(head) + '\n' + paint.aside(line) + '\n';
 }
 
 }  // namespace poker::cmdproc

@@ -121,13 +121,13 @@ class Decoder {
   std::string lines(const CapturedFrame& frame, PokerCommandI& command, std::string_view indent) {
     std::string text(indent);
     if (indent.empty()) {
-      text += std::to_string(frame.offset) + ' ';
-      if (const std::string where = circumstancesText(frame); !where.empty()) text += where + ' ';
+      text += paint_.aside(std::to_string(frame.offset)) + ' ';
+      if (const std::string where = circumstancesText(frame); !where.empty()) text += paint_.aside(where) + ' ';
     }
-    text += CommandFactory::find(command)->name();
+    text += paint_.name(CommandFactory::find(command)->name());
     if (const std::string fields = fieldsAsText(command, options_.secrets); !fields.empty()) text += ' ' + fields;
     if (const auto shown = playerText(command, options_.secrets); shown && !shown->empty()) {
-      text += "  # " + poker::quoted(*shown);
+      text += "  " + paint_.speech("# " + poker::quoted(*shown));
     }
     text += '\n';
     if (SrvCompressedCommands* batch = asBatch(command)) {
@@ -140,17 +140,17 @@ class Decoder {
 
   void head(const CapturedFrame& frame, std::string_view name) {
     std::string line = annotated_++ == 0 ? "" : "\n";
-    line.append(name) += ", " + std::to_string(frame.bytes.size()) + " bytes";
+    line.append(paint_.name(name)) += ", " + std::to_string(frame.bytes.size()) + " bytes";
     if (const std::string where = circumstancesText(frame); !where.empty()) line += ", " + where;
     output_.line(line);
-    output_.write(annotationHead());
+    output_.write(annotationHead(paint_));
   }
 
   void annotation(const CapturedFrame& frame, PokerCommandI& command) {
     head(frame, CommandFactory::find(command)->name());
-    output_.write(cmdproc::annotate(frame, options_.secrets));
+    output_.write(cmdproc::annotate(frame, options_.secrets, paint_));
     if (const auto shown = playerText(command, options_.secrets); shown && !shown->empty()) {
-      output_.line("         # the player reads: " + poker::quoted(*shown));
+      output_.line("         " + paint_.speech("# the player reads: " + poker::quoted(*shown)));
     }
     SrvCompressedCommands* batch = asBatch(command);
     if (batch == nullptr) return;
@@ -159,7 +159,7 @@ class Decoder {
     CapturedFrame inside;
     while (content_.next(inside)) {
       const CommandHandle<> each = decodeInside(frame, inside);
-      output_.write(cmdproc::annotate(inside, options_.secrets));
+      output_.write(cmdproc::annotate(inside, options_.secrets, paint_));
     }
   }
 
@@ -171,10 +171,11 @@ class Decoder {
             ? CommandFactory::find(static_cast<ProcessorFamily>(frame.bytes[kLengthSlot + 1]), frame.bytes[kLengthSlot])
             : nullptr;
     head(frame, (named == nullptr ? "no command" : std::string(named->name())) + ", which cannot be read");
-    output_.write(cmdproc::annotate(frame, options_.secrets, message));
+    output_.write(cmdproc::annotate(frame, options_.secrets, paint_, message));
   }
 
   const Options& options_;
+  Paint paint_{wantsColour(stdout)};
   Output output_;
   BatchContent content_;
   std::uint64_t annotated_ = 0;

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace poker::cmdproc {
@@ -57,10 +58,10 @@ void addRows(const std::vector<SchemaField>& fields, std::size_t depth, std::vec
   }
 }
 
-std::string table(const CommandSchema& schema) {
+std::string table(const CommandSchema& schema, const Paint& paint) {
   const CommandDescription& row = *schema.description;
-  std::string text = fmt::format("{}: family {}, code {}, {}", row.name, static_cast<unsigned>(row.family), row.code,
-                                 toText(row.direction));
+  std::string text = fmt::format("{}: family {}, code {}, {}", paint.name(row.name), static_cast<unsigned>(row.family),
+                                 row.code, toText(row.direction));
   if (!row.handler.empty())
     text += fmt::format(", {}::{}", std::string_view(row.processor), std::string_view(row.handler));
   text += '\n';
@@ -81,32 +82,34 @@ std::string table(const CommandSchema& schema) {
 }
 
 /// The bytes of a specimen, field by field.
-std::string specimen(const CommandSchema& schema) {
+std::string specimen(const CommandSchema& schema, const Paint& paint) {
   const CommandHandle<> command = makeSpecimen(schema);
   SerializeCommandBuf buffer(4096);
   const CapturedFrame frame{.bytes = encodeCommand(*command, buffer)};
-  return fmt::format("{}, a specimen of {} bytes\n", schema.name(), frame.bytes.size()) + annotationHead() +
-         annotate(frame, JsonSecrets::kShow);
+  return fmt::format("{}, a specimen of {} bytes\n", paint.name(schema.name()), frame.bytes.size()) +
+         annotationHead(paint) + annotate(frame, JsonSecrets::kShow, paint);
 }
 
 ExitStatus describe(const Options& options) {
-  std::vector<const CommandSchema*> schemas;
   for (const std::string& name : options.classes) {
-    const CommandSchema* schema = CommandSchema::find(name);
-    if (schema == nullptr) throw UsageError("no command class is called " + name + " (cmdproc list shows them all)");
-    schemas.push_back(schema);
+    if (CommandSchema::find(name) == nullptr) {
+      throw UsageError("no command class is called " + name + " (cmdproc list shows them all)");
+    }
   }
-  if (schemas.empty()) {
-    for (const CommandSchema& schema : CommandSchema::all()) schemas.push_back(&schema);
-  }
+  const auto isWanted = [&names = options.classes](const CommandSchema& schema) {
+    return names.empty() || std::find(names.begin(), names.end(), schema.name()) != names.end();
+  };
   Output output;
-  for (const CommandSchema* schema : schemas) {
+  const Paint paint(wantsColour(stdout));
+  bool first = true;
+  for (const CommandSchema& schema : CommandSchema::all()) {
+    if (!isWanted(schema)) continue;
     if (options.json) {
-      output.line(schemaJson(*schema));
+      output.line(schemaJson(schema));
       continue;
     }
-    if (schema != schemas.front()) output.line("");
-    output.write(options.hex ? specimen(*schema) : table(*schema));
+    if (!std::exchange(first, false)) output.line("");
+    output.write(options.hex ? specimen(schema, paint) : table(schema, paint));
   }
   output.flush();
   return ExitStatus::Clean;
