@@ -107,7 +107,7 @@ CommandSchema schemaOf(const CommandDescription& description) {
 std::span<const CommandSchema> CommandSchema::all() {
   static const std::vector<CommandSchema> schemas = [] {
     std::vector<CommandSchema> made;
-    for (const CommandDescription& description : commandCatalogue()) made.push_back(schemaOf(description));
+    for (const CommandDescription& row : commandCatalogue()) made.push_back(schemaOf(row));
     return made;
   }();
   return schemas;
