@@ -2,6 +2,7 @@
 
 #include <CommandProcessor/core/Catalogue.h>
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -22,7 +23,21 @@ struct CapturedFrame {
   std::optional<CommandDirection> direction = {};  ///< in which it travelled, where the input tells
   std::string_view connection = {};                ///< the client's end, "127.0.0.1:50001"; empty: not known
   std::string_view table = {};    ///< the capture's interface, which is a table's name; empty: not known
+  std::uint64_t hand = 0;         ///< the number of the hand that the server played there then; 0: none, or not known
   std::string_view problem = {};  ///< why this is no whole frame; empty when it is one
+};
+
+/// One end of a TCP connection.
+struct NetworkEnd {
+  bool isV6 = false;
+  std::array<std::uint8_t, 16> address = {};  ///< in the order of the network; of IPv4 the first four bytes
+  std::uint16_t port = 0;
+};
+
+/// Where a connection runs. All zeros: not known.
+struct FrameEnds {
+  NetworkEnd client;
+  NetworkEnd server;
 };
 
 /// Where frames come from, one after the other. One thread at a time.
