@@ -173,6 +173,8 @@ void TcpSession::begin() {
   std::error_code gone;
   const Endpoint peer = socket_.remote_endpoint(gone);
   if (!gone) remoteAddress_ = toString(peer);
+  const Endpoint own = socket_.local_endpoint(gone);
+  if (!gone) localAddress_ = toString(own);
 
   open_ = true;
   const Time now = Clock::now();

@@ -173,6 +173,8 @@ class TcpSession : public std::enable_shared_from_this<TcpSession> {
   std::size_t queuedBytes() const { return pending_.size() + inFlight_.size() - written_; }
   /// For example "127.0.0.1:4000"; empty before the connection stands.
   const std::string& remoteAddress() const { return remoteAddress_; }
+  /// The own end, likewise.
+  const std::string& localAddress() const { return localAddress_; }
 
   /// A place for the host's own record of this session; released with the session.
   std::shared_ptr<void> hostData;
@@ -228,6 +230,7 @@ class TcpSession : public std::enable_shared_from_this<TcpSession> {
   Timer timer_;
   ConnectionID id_;
   std::string remoteAddress_;
+  std::string localAddress_;
   SessionState state_ = SessionState::Connected;
   CloseReason reason_ = CloseReason::ByHost;
   SessionCounters counters_;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <CommandProcessor/core/Catalogue.h>
+#include <inspect/capture/NetworkEnd.h>
 
 #include <cstdint>
 #include <optional>
@@ -22,7 +23,14 @@ struct CapturedFrame {
   std::optional<CommandDirection> direction = {};  ///< in which it travelled, where the input tells
   std::string_view connection = {};                ///< the client's end, "127.0.0.1:50001"; empty: not known
   std::string_view table = {};    ///< the capture's interface, which is a table's name; empty: not known
+  std::uint64_t hand = 0;         ///< the number of the hand that the server played there then; 0: none, or not known
   std::string_view problem = {};  ///< why this is no whole frame; empty when it is one
+};
+
+/// Where a connection runs. All zeros: not known.
+struct FrameEnds {
+  NetworkEnd client;
+  NetworkEnd server;
 };
 
 /// Where frames come from, one after the other. One thread at a time.

@@ -49,7 +49,8 @@ struct Place {
   Server server;
   bool ended = false;
 
-  explicit Place(ServerSettings settings) : server(context, std::move(settings), nullptr) {
+  explicit Place(ServerSettings settings, FrameObserver* observer = nullptr)
+      : server(context, std::move(settings), nullptr, observer) {
     server.start([this] { ended = true; });
   }
   RingTable& table() { return *server.house().tables().front(); }

@@ -98,6 +98,12 @@ class House final : private RingTableHost, private TourHost {
     }
   }
 
+  /// The table that the client looks at; null when it looks at none.
+  const Table* tableOf(const ConnectionID& client) const {
+    const auto visitor = visitors_.find(client.value());
+    return visitor != visitors_.end() ? visitor->second.table : nullptr;
+  }
+
   /// Calls `f(account)` when the client is logged on.
   template <class F>
   void forPlayer(const ConnectionID& client, F&& f) {

@@ -32,7 +32,7 @@ ServerOptions Server::optionsFrom(const ServerSettings& settings) {
   return options;
 }
 
-Server::Server(asio::io_context& context, ServerSettings settings, Transcript* transcript)
+Server::Server(asio::io_context& context, ServerSettings settings, Transcript* transcript, FrameObserver* observer)
     : settings_(std::move(settings)),
       transcript_(transcript),
       log_(*Log::getLog("holdem.server", LogCategory::Network)),
@@ -43,6 +43,7 @@ Server::Server(asio::io_context& context, ServerSettings settings, Transcript* t
       clientTourCommands_(house_),
       tcp_(context, optionsFrom(settings_), *this),
       grace_(context) {
+  if (observer != nullptr) tap_.emplace(house_, *observer);
   dispatcher_.registerClientCmdProcessor(clientCommands_);
   dispatcher_.registerClientMiscCmdProcessor(clientMiscCommands_, true);
   dispatcher_.registerClientTourCmdProcessor(clientTourCommands_);
@@ -212,12 +213,14 @@ void Server::onClosed(TcpSession& session, CloseReason reason) {
           session.id().value(), toText(reason), counters.framesIn, counters.framesOut, counters.bytesIn,
           counters.bytesOut);
   if (transcript_ != nullptr) transcript_->remark(session.id().value(), fmt::format("closed ({})", toText(reason)));
+  if (tap_) tap_->forget(session);
   // The last one is still in the table.
   if (draining_ && tcp_.sessions().size() <= 1) grace_.cancel();
 }
 
 void Server::onBytes(const TcpSession& session, FrameDirection direction, std::span<const std::uint8_t> frame) {
   totals_.count(direction, frame);
+  if (tap_) tap_->frame(session, direction, frame);
   if (transcript_ == nullptr) return;
   transcript_->frame(
       session.id().value(),

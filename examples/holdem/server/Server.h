@@ -7,6 +7,7 @@
 #include <examples/holdem/server/House.h>
 #include <examples/holdem/server/ServerSettings.h>
 #include <examples/holdem/server/Totals.h>
+#include <examples/holdem/server/capture/FrameTap.h>
 #include <examples/holdem/shared/Transcript.h>
 #include <hostkit/TcpServer.h>
 
@@ -17,6 +18,7 @@
 #include <cstdint>
 #include <exception>
 #include <functional>
+#include <optional>
 #include <span>
 #include <string_view>
 
@@ -31,9 +33,10 @@ class Server final : private SessionEvents, private Connections {
  public:
   /// Listens at once; connections are taken from start() on.
   /// @param transcript  null for none; must outlive the server
+  /// @param observer    of all frames; as for the transcript
   /// @throws std::system_error  for example when the port is taken
   /// @throws BankError
-  Server(asio::io_context& context, ServerSettings settings, Transcript* transcript);
+  Server(asio::io_context& context, ServerSettings settings, Transcript* transcript, FrameObserver* observer = nullptr);
 
   /// @param ended  called once the server has drained, whoever began that
   void start(std::function<void()> ended);
@@ -93,6 +96,7 @@ class Server final : private SessionEvents, private Connections {
   Log& log_;
   asio::io_context& context_;
   House house_;
+  std::optional<FrameTap> tap_;  // when somebody observes
   ClientCommands clientCommands_;
   ClientMiscCommands clientMiscCommands_;
   ClientTourCommands clientTourCommands_;

@@ -39,6 +39,7 @@ UserState Dealer::stateOf(const Seat& seat) const {
 
 void Dealer::deal(std::uint64_t number, const HandPlan& plan, Deck& deck) {
   record_.begin(number);
+  handTold_ = number;
   inPots_ = kZeroMoney;
   SeatIDSet players;
   for (std::size_t i = 0; i < plan.size; ++i) {
@@ -299,6 +300,7 @@ void Dealer::onOver() {
     if (announced != UserState::Disconnected) announced = UserState::Waiting;
   }
   if (!audience_.viewers().empty()) audience_.outbox().put(std::move(showDown), audience_.viewers());
+  handTold_ = 0;
 }
 
 void Dealer::describe(ClientTableState& state, const SeatID& viewer) const {

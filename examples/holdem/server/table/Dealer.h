@@ -46,6 +46,8 @@ class Dealer final : private HandEvents {
   bool isPlaying() const { return !hand_.isOver(); }
   const Hand& hand() const { return hand_; }
   const HandRecord& record() const { return record_; }
+  /// The hand that the viewers are being told of, from its number to its showdown; 0 between hands.
+  std::uint64_t handTold() const { return handTold_; }
   const Turns& turns() const { return turns_; }
   /// Null when the seat is not in a hand.
   const HandPlayer* playerOf(const SeatID& seat) const { return isPlaying() ? hand_.players().find(seat) : nullptr; }
@@ -106,6 +108,7 @@ class Dealer final : private HandEvents {
   DealerHost& host_;
   Hand hand_;
   HandRecord record_;
+  std::uint64_t handTold_ = 0;
   ActionOptionsManager choices_;
   ActionOptionsManager::Amounts offered_;
   asio::steady_timer timer_;

@@ -55,6 +55,8 @@ class Table : private DealerHost {
   std::size_t observers() const { return audience_.observers(); }
   /// 0 between hands.
   std::uint64_t handNumber() const { return dealer_.isPlaying() ? dealer_.record().number() : 0; }
+  /// As above, but from the hand's first word to the viewers to the last one.
+  std::uint64_t handTold() const { return dealer_.handTold(); }
   /// Which seat an account has; none when it has none here.
   SeatID seatOf(AccountID account);
   /// Calls `f(seat, name, stack, bet, state)` for each seat that is taken or held, in ascending order.
