@@ -18,7 +18,7 @@ void appendHex(std::string& text, unsigned value) {
 /// In the usual short form: the first of the longest runs of zeros is left out.
 std::string textOfV6(const std::array<std::uint8_t, 16>& address) {
   std::array<unsigned, 8> groups{};
-  for (std::size_t i = 0; i < groups.size(); ++i) groups[i] = address[2 * i] << 8u | address[2 * i + 1];
+  for (std::size_t i = 0; i < groups.size(); ++i) groups[i] = unsigned{address[2 * i]} << 8 | address[2 * i + 1];
   std::size_t gap = groups.size(), gapSize = 1;  // a single zero is written
   for (std::size_t i = 0; i < groups.size(); ++i) {
     std::size_t size = 0;
