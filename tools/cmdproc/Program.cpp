@@ -19,6 +19,9 @@ constexpr const char* kFooter =
 void addSubcommands(CLI::App& program, Action& action) {
   addList(program, action);
   addDescribe(program, action);
+  addDocs(program, action);
+  addManual(program, action);
+  addCompletion(program, action);
 }
 
 int runProgram(int argc, char** argv) {
