@@ -76,7 +76,7 @@ Json textsJson() {
     texts["field"] = table.codeField;
     texts["codes"] = Json::object();
     for (const TextRow& row : table.rows) {
-      if (row.variants.size() == 1) texts["codes"][row.code] = row.variants[0].text;
+      if (row.onlyCode) texts["codes"][row.code] = row.variants[0].text;
     }
   }
   return json;

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <map>
+#include <numeric>
 
 namespace poker::cmdproc {
 
@@ -40,9 +41,9 @@ class Texts {
         command_(row_.create()) {
     FieldsToJson shown(JsonSecrets::kShow);
     row_.visit(command_, shown);
-    fields_ = Json::parse(shown.take());
+    empty_ = fields_ = Json::parse(shown.take());
     for (const SchemaField& field : schema_.fields) {
-      if (field.name == wanted.codeField && isSigned(field.type)) lowest_ = -16;
+      if (field.name == wanted.codeField) addEdges(field);
       // A text or an amount that is told to the player is seen best when there is one.
       if (field.type == FieldType::String) fields_[field.name] = "<" + field.name + ">";
       if (field.type == FieldType::Money) fields_[field.name] = "12.50";
@@ -55,23 +56,41 @@ class Texts {
 
   TextTable table() {
     std::map<std::int64_t, std::vector<TextVariant>> byCode;
-    for (std::int64_t code = lowest_; code < 256; ++code) byCode[code] = variants(code);
+    for (const std::int64_t code : codes_) byCode[code] = variants(code);
     const std::vector<TextVariant>& others = commonest(byCode);
     const std::vector<TextVariant>& lowest = byCode.begin()->second;
     TextTable table{std::string(wanted_.command), std::string(wanted_.codeField), {}};
     for (const auto& each : byCode) {
       const bool own = keyOf(each.second) != keyOf(others) && (each.first >= 0 || keyOf(each.second) != keyOf(lowest));
-      if (own) table.rows.push_back({std::to_string(each.first), each.second});
+      if (own)
+        table.rows.push_back({std::to_string(each.first), each.second, hangsOnlyOnCode(each.first, each.second)});
     }
-    table.rows.push_back({"any other", others});
-    if (lowest_ < 0 && keyOf(lowest) != keyOf(others)) {
+    table.rows.push_back({"any other", others, false});
+    if (byCode.begin()->first < 0 && keyOf(lowest) != keyOf(others)) {
       table.rows.back().code = "any other above 0";
-      table.rows.push_back({"any other below 0", lowest});
+      table.rows.push_back({"any other below 0", lowest, false});
     }
     return table;
   }
 
  private:
+  static std::vector<std::int64_t> numbersFrom(std::int64_t first, std::size_t count) {
+    std::vector<std::int64_t> numbers(count);
+    std::iota(numbers.begin(), numbers.end(), first);
+    return numbers;
+  }
+
+  /// Codes with a meaning of their own stand at the edges of what a wide number holds, too.
+  void addEdges(const SchemaField& field) {
+    if (widthOf(field.type) != 4) return;
+    const bool negative = isSigned(field.type);
+    const std::int64_t highest = negative ? INT32_MAX : UINT32_MAX;
+    for (const std::int64_t first : {negative ? std::int64_t{-16} : 0, highest - 15}) {
+      const std::vector<std::int64_t> edge = numbersFrom(first, 16);
+      codes_.insert(codes_.end(), edge.begin(), edge.end());
+    }
+  }
+
   std::string text(std::int64_t code, const Json& fields) {
     Json set = fields;
     set[std::string(wanted_.codeField)] = code;
@@ -97,7 +116,7 @@ class Texts {
       for (const Json& value : otherValues(field)) {
         Json changed = fields_;
         changed[field.name] = value;
-        for (std::int64_t code = lowest_; code < 256; ++code) {
+        for (const std::int64_t code : codes_) {
           if (text(code, changed) == text(code, fields_)) continue;
           values.push_back(value);
           break;
@@ -152,6 +171,10 @@ class Texts {
     return words;
   }
 
+  bool hangsOnlyOnCode(std::int64_t code, const std::vector<TextVariant>& variants) {
+    return variants.size() == 1 && text(code, empty_) == variants[0].text;
+  }
+
   static std::string keyOf(const std::vector<TextVariant>& variants) {
     std::string key;
     for (const TextVariant& variant : variants) key.append(variant.with).append(1, '\0').append(variant.text) += '\0';
@@ -175,8 +198,9 @@ class Texts {
   const CommandFields& row_;
   const CommandSchema& schema_;
   PokerCommandI& command_;
-  Json fields_;
-  std::int64_t lowest_ = 0;
+  Json empty_;   ///< the fields of an empty command
+  Json fields_;  ///< the same with amounts and texts to be seen in what is told
+  std::vector<std::int64_t> codes_ = numbersFrom(0, 256);
   std::map<std::string, std::size_t> matter_;  ///< how many values are tried of each field that changes a text
   std::vector<Json> settings_;                 ///< all combinations of them
 };
