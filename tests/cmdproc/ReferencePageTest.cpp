@@ -108,10 +108,13 @@ TEST(ReferencePage, ReadsCommandsAsTheWalkDoes) {
       file << sampleOf(schema, frame) << '\n';
       for (int damage = 0; damage < 4; ++damage) {
         std::vector<std::uint8_t> wrong = frame;
-        if (damage % 2 == 0 && wrong.size() > 6) {
+        const auto place = static_cast<std::ptrdiff_t>(6 + random() % (wrong.size() - 5));
+        if (damage == 0) {
+          wrong.resize(static_cast<std::size_t>(place));
+        } else if (damage == 1) {
+          wrong.insert(wrong.begin() + place, 1 + random() % 80, 'x');  // also a text that is longer than it may be
+        } else if (wrong.size() > 6) {
           wrong[6 + random() % (wrong.size() - 6)] ^= static_cast<std::uint8_t>(1 + random() % 255);
-        } else {
-          wrong.resize(damage == 1 ? 6 + random() % (wrong.size() - 5) : wrong.size() + 1);
         }
         setLength(wrong);
         file << sampleOf(schema, wrong) << '\n';
