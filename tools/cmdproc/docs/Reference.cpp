@@ -10,7 +10,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <array>
 #include <cctype>
 #include <iterator>
 
@@ -19,6 +18,26 @@ namespace poker::cmdproc {
 namespace {
 
 using Json = nlohmann::ordered_json;
+
+struct FamilyText {
+  const char* name;
+  const char* meaning;
+};
+
+/// By their numbers.
+constexpr FamilyText kFamilies[] = {
+    {"Connection",
+     "How a connection begins and ends. Both sides send these; the processors of the families Client and "
+     "Server handle them."},
+    {"Server",
+     "From the server: the lobby, the tables, the account, answers to commands of the families Client and "
+     "ClientMisc."},
+    {"Client", "From the client: logging on, waiting lists, seats, what a player does at a table."},
+    {"ServerTour", "From the server: tournaments, their players, tables, prizes."},
+    {"ClientTour", "From the client: tournaments."},
+    {"ServerMisc", "Has a processor and no commands: no frame carries it."},
+    {"ClientMisc", "From the client: the account, pictures, the cashier, replays. Answers come in the family Server."},
+};
 
 struct TypeText {
   std::string name;
@@ -102,8 +121,8 @@ class Reference {
 
   Json families() const {
     Json rows = Json::array();
-    for (unsigned number = 0; number <= kLastFamily; ++number) {
-      const FamilyText text = familyText(number);
+    for (unsigned number = 0; number < std::size(kFamilies); ++number) {
+      const FamilyText& text = kFamilies[number];
       Json commands = Json::array();
       for (const CommandSchema& schema : CommandSchema::all()) {
         if (static_cast<unsigned>(schema.description->family) == number) commands.push_back(command(schema));
@@ -253,23 +272,7 @@ std::string escapeMarkdown(const std::string& text) {
 
 }  // namespace
 
-FamilyText familyText(unsigned family) {
-  static constexpr std::array<FamilyText, kLastFamily + 1> kTexts{{
-      {"Connection",
-       "How a connection begins and ends. Both sides send these; the processors of the families Client and "
-       "Server handle them."},
-      {"Server",
-       "From the server: the lobby, the tables, the account, answers to commands of the families Client and "
-       "ClientMisc."},
-      {"Client", "From the client: logging on, waiting lists, seats, what a player does at a table."},
-      {"ServerTour", "From the server: tournaments, their players, tables, prizes."},
-      {"ClientTour", "From the client: tournaments."},
-      {"ServerMisc", "Has a processor and no commands: no frame carries it."},
-      {"ClientMisc",
-       "From the client: the account, pictures, the cashier, replays. Answers come in the family Server."},
-  }};
-  return kTexts.at(family);
-}
+nlohmann::ordered_json referenceValues() { return Reference().values(); }
 
 std::string referenceHtml() {
   const Reference reference;
@@ -278,6 +281,6 @@ std::string referenceHtml() {
   return fillTemplate("reference.html.mustache", values, escapeHtml);
 }
 
-std::string referenceMarkdown() { return fillTemplate("reference.md.mustache", Reference().values(), escapeMarkdown); }
+std::string referenceMarkdown() { return fillTemplate("reference.md.mustache", referenceValues(), escapeMarkdown); }
 
 }  // namespace poker::cmdproc

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <nlohmann/json_fwd.hpp>
+
 #include <string>
 
 namespace poker::cmdproc {
@@ -9,13 +11,7 @@ std::string referenceHtml();
 /// The same, but for what a page can do, as Markdown.
 std::string referenceMarkdown();
 
-/// What a family is for, in a few words.
-struct FamilyText {
-  const char* name;
-  const char* meaning;
-};
-FamilyText familyText(unsigned family);
-/// There are families 0 to this one.
-constexpr unsigned kLastFamily = 6;
+/// What both are filled with: families with their commands, types, records, text tables. Names are in Reference.cpp.
+nlohmann::ordered_json referenceValues();
 
 }  // namespace poker::cmdproc

@@ -47,4 +47,14 @@ std::string fillTemplate(std::string_view file, const Json& values, Escape escap
 
 std::string escapeHtml(const std::string& text) { return kainjow::mustache::html_escape(text); }
 
+std::string withoutEmptyLines(const std::string& text) {
+  std::string kept;
+  bool atStart = true;
+  for (const char c : text) {
+    if (c != '\n' || !atStart) kept += c;
+    atStart = c == '\n';
+  }
+  return kept;
+}
+
 }  // namespace poker::cmdproc

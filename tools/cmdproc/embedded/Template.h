@@ -20,4 +20,7 @@ std::string fillTemplate(std::string_view file, const nlohmann::ordered_json& va
 /// For HTML's text and attributes.
 std::string escapeHtml(const std::string& text);
 
+/// Templates leave empty lines where nothing stands; for texts in which they mean something.
+std::string withoutEmptyLines(const std::string& text);
+
 }  // namespace poker::cmdproc

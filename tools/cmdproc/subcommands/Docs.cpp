@@ -11,7 +11,7 @@ void addDocs(CLI::App& program, Action& action) {
   const auto markdown = std::make_shared<bool>(false);
   CLI::Option* html =
       subcommand.add_flag("--html")->description("one HTML page that needs no network, with a decoder (the default)");
-  subcommand.add_flag("--markdown", *markdown, "Markdown")->excludes(html);
+  subcommand.add_flag("--markdown", *markdown, "the same without the decoder, as Markdown")->excludes(html);
   subcommand.callback([&action, markdown] {
     action = [markdown] {
       Output output;
