@@ -49,6 +49,10 @@ OptionText optionText(const CLI::Option& option) {
     text.kind = ValueKind::Choice;
     text.choices = split(std::string_view(type).substr(brace + 1, end - brace - 1), ',');
   }
+  if (text.value.empty()) {
+    for (const std::string& choice : text.choices) text.value += (text.value.empty() ? "" : "|") + choice;
+  }
+  if (text.value.empty()) text.value = "VALUE";
   return text;
 }
 
