@@ -150,14 +150,21 @@ class Reference {
             {"handler", row.handler},
             {"processor", row.processor},
             {"note", note(row)},
+            {"isReceived", isReceived(row)},
             {"hasTexts", hasTexts},
             {"hasFields", !schema.fields.empty()},
             {"fields", fields(schema.fields)}};
   }
 
+  /// Whether a receiver makes an object of this class from its frame.
+  static bool isReceived(const CommandDescription& row) {
+    const CommandClass* received = CommandFactory::find(row.family, row.code);
+    return received != nullptr && received->name() == row.name;
+  }
+
   static std::string note(const CommandDescription& row) {
     const CommandClass* received = CommandFactory::find(row.family, row.code);
-    if (received != nullptr && received->name() != row.name) {
+    if (received != nullptr && !isReceived(row)) {
       return "Shares its pair of family and code with " + std::string(received->name()) +
              ", which is what a receiver makes of it. For use inside a process only.";
     }
@@ -256,6 +263,15 @@ class Reference {
   RecordTypes types_;
 };
 
+/// Templates leave empty lines where nothing stands; of several one is kept.
+std::string withSingleEmptyLines(const std::string& text) {
+  std::string kept;
+  for (const char c : text) {
+    if (c != '\n' || !kept.ends_with("\n\n")) kept += c;
+  }
+  return kept;
+}
+
 /// Every character that Markdown could take for its own, escaped; a line break as one inside a table.
 std::string escapeMarkdown(const std::string& text) {
   std::string escaped;
@@ -281,6 +297,8 @@ std::string referenceHtml() {
   return fillTemplate("reference.html.mustache", values, escapeHtml);
 }
 
-std::string referenceMarkdown() { return fillTemplate("reference.md.mustache", referenceValues(), escapeMarkdown); }
+std::string referenceMarkdown() {
+  return withSingleEmptyLines(fillTemplate("reference.md.mustache", referenceValues(), escapeMarkdown));
+}
 
 }  // namespace poker::cmdproc

@@ -3,12 +3,12 @@
 #include <tools/cmdproc/embedded/Template.h>
 #include <tools/cmdproc/manual/Manual.h>
 
-#include <fmt/chrono.h>
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <cctype>
+#include <chrono>
 #include <stdexcept>
 
 namespace poker::cmdproc {
@@ -90,11 +90,13 @@ std::string page(const std::string& file, const Json& values) {
 }  // namespace
 
 std::vector<ManualPage> manualPages(const ProgramText& program, std::time_t date) {
-  const std::tm day = fmt::gmtime(date);
+  using namespace std::chrono;
+  const year_month_day day{floor<days>(system_clock::from_time_t(date))};
   // Written out here: the system's names of months are those of its language.
   static constexpr const char* kMonths[] = {"January", "February", "March",     "April",   "May",      "June",
                                             "July",    "August",   "September", "October", "November", "December"};
-  const Json common = {{"date", fmt::format("{} {}, {}", kMonths[day.tm_mon], day.tm_mday, day.tm_year + 1900)}};
+  const Json common = {{"date", fmt::format("{} {}, {}", kMonths[static_cast<unsigned>(day.month()) - 1],
+                                            static_cast<unsigned>(day.day()), static_cast<int>(day.year()))}};
 
   std::vector<ManualPage> pages;
   Json values = subcommandJson(program.program);
