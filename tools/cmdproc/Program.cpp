@@ -23,6 +23,9 @@ void addSubcommands(CLI::App& program, Action& action) {
   addEncode(program, action);
   addStats(program, action);
   addTexts(program, action);
+  addDocs(program, action);
+  addManual(program, action);
+  addCompletion(program, action);
 }
 
 int runProgram(int argc, char** argv) {

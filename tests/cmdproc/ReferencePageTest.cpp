@@ -1,0 +1,134 @@
+#include <CommandProcessor/types/RealMoneyType.h>
+#include <CommandProcessor/wire/SerializeCommandBuf.h>
+#include <CommandProcessor/wire/WireNumber.h>
+#include <hostkit/CommandFactory.h>
+#include <inspect/CommandFields.h>
+#include <inspect/CommandText.h>
+#include <inspect/schema/SchemaJson.h>
+#include <inspect/schema/WireWalk.h>
+#include <tests/support/RandomFields.h>
+#include <tools/cmdproc/docs/PageSchema.h>
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <bit>
+#include <charconv>
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+namespace poker::test {
+namespace {
+
+using Json = nlohmann::json;
+
+std::string realText(std::uint64_t bits) {
+  const auto value = std::bit_cast<double>(bits);
+  char text[40];
+  if (std::isfinite(value)) return std::string(text, std::to_chars(text, std::end(text), value).ptr);
+  std::snprintf(text, sizeof text, "0x%016llX", static_cast<unsigned long long>(bits));
+  return text;
+}
+
+std::string flagNames(const SchemaField& flags, std::int64_t byte) {
+  std::string names;
+  for (const SchemaField& flag : flags.fields) {
+    if ((byte & flag.mask) != 0) names += (names.empty() ? "" : ", ") + flag.name;
+  }
+  return names.empty() ? "none" : names;
+}
+
+std::string valueText(const WirePiece& piece) {
+  if (piece.field->isCard()) return cmdproc::cardText(piece.bytes[0]);
+  if (piece.field->isFlags()) return flagNames(*piece.field, piece.bytes[0]);
+  switch (piece.type()) {
+    case FieldType::String:
+      return quoted(piece.text());
+    case FieldType::Bytes:
+      return bytesAsText(piece.bytes);
+    case FieldType::Zeros:
+      return {};
+    case FieldType::Double:
+    case FieldType::DateTime:
+      return realText(piece.bits());
+    case FieldType::Bool:
+      return piece.number() != 0 ? "true" : "false";
+    case FieldType::Money:
+      return RealMoneyType::fromHundredths(piece.number()).toString();
+    case FieldType::U64:
+      return std::to_string(static_cast<std::uint64_t>(piece.number()));
+    default:
+      return std::to_string(piece.number());
+  }
+}
+
+/// What the walk makes of a frame: the page must make the same of it.
+Json sampleOf(const CommandSchema& schema, const std::vector<std::uint8_t>& frame) {
+  Json rows = Json::array();
+  const auto failure = walkCommand(schema, std::span(frame).subspan(4), [&](const WirePiece& piece) {
+    const std::string type = piece.isCount ? std::string(fieldTypeName(piece.type())) : typeText(*piece.field);
+    rows.push_back({piece.offset + 4, piece.bytes.size(), piece.path, type, valueText(piece)});
+  });
+  Json sample{{"class", schema.name()}, {"hex", bytesAsText(frame)}, {"rows", rows}, {"failure", nullptr}};
+  if (failure) sample["failure"] = {failure->path, failure->offset + 4, failure->remaining, failure->problem};
+  return sample;
+}
+
+void setLength(std::vector<std::uint8_t>& frame) {
+  wire::storeLittleEndian(frame.data(), static_cast<std::uint32_t>(frame.size()));
+}
+
+// The page in a browser without a network reads random and damaged commands of all classes as walkCommand does. What
+// else a page must do, the script checks by itself.
+TEST(ReferencePage, ReadsCommandsAsTheWalkDoes) {
+  std::mt19937_64 random(62);
+  const std::filesystem::path samples = std::filesystem::path(testing::TempDir()) /
+                                        ("reference-page-" + std::to_string(std::random_device()()) + ".jsonl");
+  std::ofstream file(samples);
+  for (const CommandSchema& schema : CommandSchema::all()) {
+    const CommandDescription& description = *schema.description;
+    // A pair that names two classes is read as one of them.
+    if (CommandFactory::find(description.family, description.code)->name() != schema.name()) continue;
+    const CommandFields& row = *CommandFields::of(schema.name());
+    PokerCommandI& command = row.create();
+    for (int round = 0; round < 4; ++round) {
+      try {
+        RandomFields values(random());
+        row.assign(command, values);
+      } catch (const FieldValueError&) {
+        // Some fields are held narrower than they travel: what is set so far will do.
+      }
+      SerializeCommandBuf buffer(64);
+      command.serialize(buffer);
+      std::uint32_t size = 0;
+      const std::uint8_t* bytes = buffer.finish(size);
+      const std::vector<std::uint8_t> frame(bytes, bytes + size);
+      file << sampleOf(schema, frame) << '\n';
+      for (int damage = 0; damage < 4; ++damage) {
+        std::vector<std::uint8_t> wrong = frame;
+        const auto place = static_cast<std::ptrdiff_t>(6 + random() % (wrong.size() - 5));
+        if (damage == 0) {
+          wrong.resize(static_cast<std::size_t>(place));
+        } else if (damage == 1) {
+          wrong.insert(wrong.begin() + place, 1 + random() % 80, 'x');  // also a text that is longer than it may be
+        } else if (wrong.size() > 6) {
+          wrong[6 + random() % (wrong.size() - 6)] ^= static_cast<std::uint8_t>(1 + random() % 255);
+        }
+        setLength(wrong);
+        file << sampleOf(schema, wrong) << '\n';
+      }
+    }
+    command.release();
+  }
+  file.close();
+  ASSERT_TRUE(file.good());
+  const std::string script = CP_TEST_DATA_DIR "/../cmdproc/reference-page";
+  const std::string line = "\"" + script + "\" \"" CMDPROC_PROGRAM "\" \"" + samples.string() + "\"";
+  EXPECT_EQ(std::system(line.c_str()), 0) << line;
+  std::filesystem::remove(samples);
+}
+
+}  // namespace
+}  // namespace poker::test
