@@ -19,6 +19,7 @@ constexpr const char* kFooter =
 void addSubcommands(CLI::App& program, Action& action) {
   addList(program, action);
   addDescribe(program, action);
+  addDissector(program, action);
 }
 
 int runProgram(int argc, char** argv) {
