@@ -443,18 +443,6 @@ local function prepare_fields(fields, prefix)
     field.most = field.most or 0
     field.width = WIDTHS[field.type]
     field.read = readers[field.type]
-    local kind = PROTO_FIELDS[field.type]
-    if field.secret then
-      field.place = register(ProtoField.none, abbreviation, field.label)
-      abbreviation = abbreviation .. ".clear"
-    end
-    if field.mask then
-      field.proto = register(ProtoField.bool, abbreviation, field.label, 8, nil, field.mask)
-    elseif prefix.card then
-      field.proto = register(ProtoField.uint8, abbreviation, field.label, base.DEC, CARD_VALUES[field.name])
-    elseif kind then
-      field.proto = register(ProtoField[kind], abbreviation, field.label)
-    end
     if field.count then
       local count = field.count
       field.count = {
@@ -462,6 +450,18 @@ local function prepare_fields(fields, prefix)
         signed = string.sub(count, 1, 1) == "i",
         proto = register(ProtoField[PROTO_FIELDS[count]], abbreviation .. ".count", field.label .. " count"),
       }
+    end
+    if field.secret then
+      field.place = register(ProtoField.none, abbreviation, field.label)
+      abbreviation = abbreviation .. ".clear"
+    end
+    local kind = PROTO_FIELDS[field.type]
+    if field.mask then
+      field.proto = register(ProtoField.bool, abbreviation, field.label, 8, nil, field.mask)
+    elseif prefix.card then
+      field.proto = register(ProtoField.uint8, abbreviation, field.label, base.DEC, CARD_VALUES[field.name])
+    elseif kind then
+      field.proto = register(ProtoField[kind], abbreviation, field.label)
     end
     if field.fields then
       prepare_fields(field.fields, { abbreviation = abbreviation, label = field.label, card = field.type == "card" })
@@ -506,6 +506,7 @@ local function dissect_batch(tvb, offset, stop, pinfo, tree)
   if not inflated then return refuse("is damaged") end
   if inflated:len() > real_size then return refuse("holds more than it announces") end
   if inflated:len() < real_size then return refuse("holds less than it announces") end
+  if real_size == 0 then return "empty" end -- no buffer can be made of nothing
   return dissect_frames(inflated:tvb(), pinfo, tree, true)
 end
 
@@ -543,16 +544,15 @@ local function dissect_frame(tvb, offset, size, pinfo, tree, in_batch)
     node:add_proto_expert_info(marks.cut)
     return command.name .. " (cut off)"
   end
-  local problem
-  if not whole then
-    problem = path_text(walk.path)
-  elseif left(walk) ~= 0 then
-    problem = "the end"
-    walk.problem = string.format("%d bytes are left behind the last field", left(walk))
+  if whole and left(walk) ~= 0 then
+    whole = fail(walk, string.format("%d bytes are left behind the last field", left(walk)))
   end
-  if problem then
-    mark(fields, tvb, offset + walk.position, left(walk), marks.malformed,
-      string.format("%s: %s at byte %d, %d bytes left: %s", command.name, problem, walk.position, left(walk), walk.problem))
+  if not whole then
+    local path = path_text(walk.path)
+    local place = path == "" and "" or path .. " "
+    local text = string.format("%s: %sat byte %d, %d bytes left: %s", command.name, place, walk.position, left(walk),
+      walk.problem)
+    mark(fields, tvb, offset + walk.position, left(walk), marks.malformed, text)
     return command.name .. " (malformed)"
   end
   if command.batch then
