@@ -50,7 +50,7 @@ cmdproc.prefs.longest = Pref.uint("Longest frame", 1024 * 1024,
 cmdproc.prefs.show_secrets = Pref.bool("Show secrets", false,
   "Show passwords, PINs and secure-channel bytes in clear, and as text to filter by")
 
--- Fields and expert infos ----------------------------------------------------------------------------------------------
+-- Fields and expert infos ---------------------------------------------------------------------------------------------
 
 local FAMILIES = {
   [0] = "connection", "server", "client", "server tournament", "client tournament", "server misc", "client misc"
@@ -98,7 +98,7 @@ local PROTO_FIELDS = {
   card = "uint8", flags = "uint8", record = "none", ["date-time-status"] = "none"
 }
 
--- The walk over a command's bytes ---------------------------------------------------------------------------------------
+-- The walk over a command's bytes -------------------------------------------------------------------------------------
 --
 -- walk.tvb       holds the frame
 -- walk.base      where it begins there
@@ -424,7 +424,7 @@ local function path_text(path)
   return text
 end
 
--- From the table to fields of Wireshark ---------------------------------------------------------------------------------
+-- From the table to fields of Wireshark -------------------------------------------------------------------------------
 
 local all_fields = {}
 
@@ -481,12 +481,23 @@ for _, command in ipairs(COMMANDS) do
 end
 cmdproc.fields = all_fields
 
--- Frames ----------------------------------------------------------------------------------------------------------------
+-- Frames --------------------------------------------------------------------------------------------------------------
 
 local dissect_frames
 
+-- Nobody looks at the tree of most packets: the list of packets needs the names alone, and the marks. Their fields are
+-- put here.
+local nowhere = {}
+for _, method in ipairs({ "add", "add_le", "add_packet_field", "append_text", "set_hidden", "set_len", "set_text" }) do
+  nowhere[method] = function() return nowhere end
+end
+-- Of the packet that is dissected right now: whether nobody looks, and its tree.
+local unseen = false
+local root
+
 -- Marks what cannot be read, from a byte of the frame to its end.
 local function mark(tree, tvb, first, size, info, text)
+  if tree == nowhere then tree = root end
   tree:add(own.problem, tvb(first, size), text):add_proto_expert_info(info, text)
 end
 
@@ -510,14 +521,16 @@ local function dissect_batch(tvb, offset, stop, pinfo, tree)
   return dissect_frames(inflated:tvb(), pinfo, tree, true)
 end
 
+local CUT = "the capture does not have all bytes of this command"
+
 -- Shows a frame whose bytes are all there, unless the capture is cut.
 -- Returns the name of its command for the packet list.
 local function dissect_frame(tvb, offset, size, pinfo, tree, in_batch)
   local captured = math.min(size, tvb:len() - offset)
-  local node = tree:add(cmdproc, tvb(offset, captured))
+  local node = unseen and nowhere or tree:add(cmdproc, tvb(offset, captured))
   node:add_le(own.length, tvb(offset, LENGTH_SLOT))
   if captured < SHORTEST_FRAME then
-    node:add_proto_expert_info(marks.cut)
+    mark(node, tvb, offset, captured, marks.cut, CUT)
     return "cut off"
   end
   local code, family = tvb(offset + 4, 1):uint(), tvb(offset + 5, 1):uint()
@@ -541,7 +554,7 @@ local function dissect_frame(tvb, offset, size, pinfo, tree, in_batch)
   local walk = { tvb = tvb, base = offset, position = SHORTEST_FRAME, stop = captured, numbers = {} }
   local whole = read_fields(walk, fields, command.fields)
   if captured < size then
-    node:add_proto_expert_info(marks.cut)
+    mark(node, tvb, offset, captured, marks.cut, CUT)
     return command.name .. " (cut off)"
   end
   if whole and left(walk) ~= 0 then
@@ -617,18 +630,20 @@ local function dissect_pdu(tvb, pinfo, tree)
   return tvb:len()
 end
 
-local exported_pdu = Field.new("exported_pdu")
+local this -- as a dissector
 
 function cmdproc.dissector(tvb, pinfo, tree)
   pinfo.cols.protocol = "cmdproc"
+  root = tree
+  unseen = not tree.visible and not tree:referenced(this)
   local info = pinfo.cols.info
   local names
-  if exported_pdu() then
-    names = dissect_frames(tvb, pinfo, tree, false)
-  else
+  if pinfo.can_desegment > 0 then
     names_of_segment = {}
     dissect_tcp_pdus(tvb, tree, LENGTH_SLOT, length_of_pdu, dissect_pdu)
     names = table.concat(names_of_segment, ", ")
+  else -- an exported PDU, or TCP that is not to be put together again
+    names = dissect_frames(tvb, pinfo, tree, false)
   end
   -- A segment may end one frame and begin others, which come here one after the other: the fence keeps the earlier names.
   if names ~= "" then
@@ -639,8 +654,9 @@ function cmdproc.dissector(tvb, pinfo, tree)
   end
   return tvb:len()
 end
+this = Dissector.get("cmdproc")
 
--- Ports -----------------------------------------------------------------------------------------------------------------
+-- Ports ---------------------------------------------------------------------------------------------------------------
 
 local tcp_ports = DissectorTable.get("tcp.port")
 local ports = ""
