@@ -10,14 +10,14 @@ namespace poker::cmdproc {
 /// A plugin in Lua that shows commands in Wireshark: Dissector.lua, and in it the table of all commands.
 std::string dissectorText();
 
-/// A class's or field's name as it stands in filters: "ClMoveMe2MyTable" is "cl_move_me2_my_table", "seatID" is "seat_id".
+/// A class's or field's name as it stands in filters: "cl_move_me2_my_table" for ClMoveMe2MyTable.
 std::string snakeCase(std::string_view name);
 
 /// The field for filters over all commands that repeats a field's value; empty for a field that none repeats.
 ///
 /// "money"    every amount.
-/// "seat"     bytes whose name ends in "seat" or "seat id", the elements of a list of bytes called "seats", and the keys
-///            of a map from bytes to amounts.
+/// "seat"     bytes whose name ends in "seat" or "seat id", the elements of a list of bytes called "seats", and the
+///            keys of a map from bytes to amounts.
 /// "game_id"  numbers of 16 and 32 bits whose name ends in "game", "table", "tour" or "tournament", also with "id"
 ///            behind it, and the elements of a list of them whose name ends in the plural of these.
 ///

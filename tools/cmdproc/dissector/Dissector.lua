@@ -22,8 +22,8 @@
 --   cmdproc.game_id == 17               any number of a game, table or tournament
 --   cmdproc.problem                     what cannot be read: command, field, byte, bytes left
 
--- One entry a command: name, key (the name as it stands in filters), family, code, batch (it holds compressed commands),
--- fields. A field:
+-- One entry a command: name, key (the name as it stands in filters), family, code, batch (it holds compressed
+-- commands), fields. A field:
 --   name, key, type
 --   size      of bytes and zeros without a count, and of packed records; of strings the most characters, 0 for no bound
 --   count     the type of the number in front of a list, a map or bytes; below_one: a signed one below 1 means none
@@ -84,7 +84,8 @@ cmdproc.experts = { marks.malformed, marks.unknown, marks.framing, marks.batch, 
 
 local SUITS = { [0] = "none", "Club", "Diamond", "Heart", "Spade" }
 local RANKS = {
-  [0] = "none", "Ace", "Two", "Three", "Four", "Five", "Six", "Seven", "Eight", "Nine", "Ten", "Jack", "Queen", "King", "Ace"
+  [0] = "none", "Ace", "Two", "Three", "Four", "Five", "Six", "Seven", "Eight", "Nine", "Ten", "Jack", "Queen", "King",
+  "Ace"
 }
 local VISIBILITIES = { [1] = "hidden", [3] = "seen by its owner", [4] = "shown" }
 local CARD_VALUES = { suit = SUITS, rank = RANKS, visibility = VISIBILITIES }
@@ -584,7 +585,8 @@ function dissect_frames(tvb, pinfo, tree, in_batch)
     local length = tvb:len() - offset >= LENGTH_SLOT and tvb(offset, LENGTH_SLOT):le_uint() or 0
     if length < SHORTEST_FRAME or length > rest then
       local node = tree:add(cmdproc, tvb(offset))
-      mark(node, tvb, offset, tvb:len() - offset, marks.framing, string.format("%d bytes that are no whole frame", rest))
+      local text = string.format("%d bytes that are no whole frame", rest)
+      mark(node, tvb, offset, tvb:len() - offset, marks.framing, text)
       table.insert(names, "no frame")
       break
     end
@@ -645,12 +647,11 @@ function cmdproc.dissector(tvb, pinfo, tree)
   else -- an exported PDU, or TCP that is not to be put together again
     names = dissect_frames(tvb, pinfo, tree, false)
   end
-  -- A segment may end one frame and begin others, which come here one after the other: the fence keeps the earlier names.
+  -- A segment may end one frame and have others, which come here one after the other; TCP keeps the names of the former.
   if names ~= "" then
     info:clear()
     local earlier = tostring(info)
     info:append((earlier == "" or earlier == "(info)") and names or ", " .. names)
-    info:fence()
   end
   return tvb:len()
 end
