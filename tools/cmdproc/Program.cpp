@@ -23,6 +23,7 @@ void addSubcommands(CLI::App& program, Action& action) {
   addEncode(program, action);
   addStats(program, action);
   addTexts(program, action);
+  addDissector(program, action);
   addDocs(program, action);
   addManual(program, action);
   addCompletion(program, action);
