@@ -13,19 +13,22 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-/// Inside single quotes of bash and zsh, and of what zsh reads further signs into: [explanation], word:explanation.
-std::string escapeZsh(const std::string& text) {
+/// Inside single quotes of zsh, with a backslash in front of the signs that the reader of the text takes for its own.
+std::string quotedForZsh(const std::string& text, std::string_view signs) {
   std::string escaped;
   for (const char c : text) {
     if (c == '\'') {
       escaped += "'\\''";
       continue;
     }
-    if (std::string_view("\\[]:").find(c) != std::string_view::npos) escaped += '\\';
+    if (signs.find(c) != std::string_view::npos) escaped += '\\';
     escaped += c;
   }
   return escaped;
 }
+
+/// For [explanation] and :message: of _arguments.
+std::string escapeZsh(const std::string& text) { return quotedForZsh(text, "\\[]:"); }
 
 /// Inside single quotes of fish.
 std::string escapeFish(const std::string& text) {
@@ -81,8 +84,13 @@ Json subcommandJson(const SubcommandText& subcommand) {
     json["optional"] = !argument.required;
     arguments.push_back(std::move(json));
   }
-  return {{"name", subcommand.name},          {"about", subcommand.description}, {"optionNames", names},
-          {"optionsWithValue", withValue},    {"options", std::move(options)},   {"hasArguments", !arguments.empty()},
+  return {{"name", subcommand.name},
+          {"about", subcommand.description},
+          {"zshAbout", quotedForZsh(subcommand.description, "\\:")},
+          {"optionNames", names},
+          {"optionsWithValue", withValue},
+          {"options", std::move(options)},
+          {"hasArguments", !arguments.empty()},
           {"arguments", std::move(arguments)}};
 }
 
@@ -96,9 +104,10 @@ std::string completionScript(const ProgramText& program, Shell shell) {
     (classes += classes.empty() ? "" : " ").append(row.name);
   }
   values["classes"] = classes;
+  const auto plain = [](const std::string& text) { return text; };  // names alone
   switch (shell) {
     case Shell::Bash:
-      return withoutEmptyLines(fillTemplate("completion.bash.mustache", values, escapeZsh));
+      return withoutEmptyLines(fillTemplate("completion.bash.mustache", values, plain));
     case Shell::Zsh:
       return withoutEmptyLines(fillTemplate("completion.zsh.mustache", values, escapeZsh));
     default:

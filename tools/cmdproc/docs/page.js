@@ -1,7 +1,7 @@
 "use strict";
 // The page around the decoder: the search in the index, the table of what was decoded.
 (() => {
-  const kMostRows = 3000; // shown at once
+  const kMostRows = 1000; // shown at once
   const kMostBytes = 64; // of one piece
   const $ = (id) => document.getElementById(id);
   const schema = JSON.parse($("schema").textContent);
@@ -142,7 +142,10 @@
   let waiting = 0;
   $("hex").addEventListener("input", () => {
     clearTimeout(waiting);
-    waiting = setTimeout(() => load($("hex").value), 120);
+    waiting = setTimeout(() => {
+      limit = kMostRows;
+      decode();
+    }, 120);
   });
   $("secrets").addEventListener("change", decode);
   $("clear").addEventListener("click", () => {
