@@ -32,9 +32,9 @@ std::span<const std::uint8_t> packBatch(std::span<const std::uint8_t> frames, Se
   return packed.size() < frames.size() ? packed : std::span<const std::uint8_t>();
 }
 
-std::string_view unpackBatch(SrvCompressedCommands& batch, std::vector<std::uint8_t>& frames) {
+std::string_view unpackBatch(SrvCompressedCommands& batch, std::vector<std::uint8_t>& frames, std::uint32_t most) {
   const std::uint32_t size = batch.realSize();
-  if (size > kLargestBatch) return "announces more than a batch may hold";
+  if (size > most) return "announces more than a batch may hold";
   if (size > mostFrom(batch.compressedSize())) return "announces more than its body can hold";
   frames.resize(size);
   batch.getUncompressedData(frames.data());

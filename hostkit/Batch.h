@@ -30,9 +30,11 @@ std::span<const std::uint8_t> packBatch(std::span<const std::uint8_t> frames, Se
 /// memory is set aside; afterwards zlib must be content, the size the announced one, and the bytes whole frames, none
 /// of them a batch.
 /// @param frames  then holds them; its memory is used again
+/// @param most    no more than so many bytes are inflated
 /// @return what is wrong, a constant text; empty when nothing is
 /// @throws std::bad_alloc
-std::string_view unpackBatch(SrvCompressedCommands& batch, std::vector<std::uint8_t>& frames);
+std::string_view unpackBatch(SrvCompressedCommands& batch, std::vector<std::uint8_t>& frames,
+                             std::uint32_t most = kLargestBatch);
 
 /// Takes the first frame off unpacked ones.
 std::span<const std::uint8_t> takeFrame(std::span<const std::uint8_t>& frames);

@@ -90,6 +90,11 @@ class StreamFramer {
   std::uint64_t frames() const { return frames_; }
   /// Bytes held and not consumed.
   std::size_t buffered() const { return end_ - begin_; }
+  /// Those that follow the last frame: the beginning of the next one, after NeedMore or an Error. Valid until the
+  /// framer's next operation.
+  std::span<const std::uint8_t> partial() const {
+    return {buffer_.get() + begin_ + frameLength_, end_ - begin_ - frameLength_};
+  }
   /// Bytes set aside.
   std::size_t capacity() const { return capacity_; }
   /// Forgets all bytes and any error.

@@ -3,6 +3,8 @@
 #include <inspect/CommandText.h>
 
 #include <charconv>
+#include <cmath>
+#include <cstring>
 
 namespace poker {
 
@@ -33,6 +35,13 @@ class TextVisitor : public FieldVisitor {
   }
   void real(const Field& field, double& value) override {
     if (!begin(field)) return;
+    if (!std::isfinite(value)) {  // the bits of one that is no number may tell something
+      std::uint64_t bits;
+      std::memcpy(&bits, &value, sizeof bits);
+      line += "0x";
+      for (int shift = 60; shift >= 0; shift -= 4) line += kHexDigits[bits >> shift & 15];
+      return;
+    }
     char digits[32];
     line.append(digits, std::to_chars(digits, std::end(digits), value).ptr);
   }

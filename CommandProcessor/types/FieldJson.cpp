@@ -1,6 +1,7 @@
 #include <CommandProcessor/types/FieldJson.h>
 #include <CommandProcessor/types/RealMoneyType.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstring>
@@ -232,8 +233,22 @@ const Json* memberOf(const void* object, std::string_view name) {
 
 JsonObject::JsonObject(std::string_view json) {
   const auto fail = [](const std::string& problem) { throw FieldValueError({.name = "JSON"}, problem); };
+  // The parser keeps one of two members of the same name: which one was meant, nobody knows.
+  std::vector<std::vector<std::string>> open;
+  const auto refuseTwice = [&](int, Json::parse_event_t event, Json& parsed) {
+    if (event == Json::parse_event_t::object_start) {
+      open.emplace_back();
+    } else if (event == Json::parse_event_t::object_end) {
+      open.pop_back();
+    } else if (event == Json::parse_event_t::key) {
+      const auto& name = parsed.get_ref<const std::string&>();
+      if (std::find(open.back().begin(), open.back().end(), name) != open.back().end()) fail(name + ": stands twice");
+      open.back().push_back(name);
+    }
+    return true;
+  };
   try {
-    parsed_ = std::make_shared<const Parsed>(Parsed{Json::parse(json)});
+    parsed_ = std::make_shared<const Parsed>(Parsed{Json::parse(json, refuseTwice)});
   } catch (const Json::parse_error& error) {
     fail("syntax error at byte " + std::to_string(error.byte));
   } catch (const Json::exception&) {
@@ -281,6 +296,7 @@ struct FieldsFromJson::Object {
   JsonSecrets secrets;
   std::vector<Frame> frames = {};
   std::string leaf = {};  // the value visited last in the innermost frame
+  std::size_t elements = 0;
 
   std::string path() const {
     std::string path;
@@ -360,6 +376,7 @@ FieldsFromJson::~FieldsFromJson() = default;
 void FieldsFromJson::run(const std::function<void(FieldVisitor&)>& walk) {
   object_->leaf.clear();
   object_->frames.clear();
+  object_->elements = 0;
   object_->frames.push_back({&jsonOf(object_->fields.value_), {}});
   try {
     walk(*this);
@@ -369,6 +386,8 @@ void FieldsFromJson::run(const std::function<void(FieldVisitor&)>& walk) {
     object_->fail(std::string(error.problem()));
   }
 }
+
+std::size_t FieldsFromJson::elements() const { return object_->elements; }
 
 void FieldsFromJson::number(const Field& field, std::int64_t& value) {
   if (field.derived) return;
@@ -436,7 +455,9 @@ void FieldsFromJson::endRecord(const Field&) { object_->leave(); }
 
 std::size_t FieldsFromJson::beginList(const Field& field, std::size_t) {
   object_->enter(field.name, true);
-  return object_->frames.back().value->size();
+  const std::size_t size = object_->frames.back().value->size();
+  object_->elements += size;
+  return size;
 }
 
 void FieldsFromJson::endList(const Field&) { object_->leave(); }

@@ -98,6 +98,9 @@ class COMMANDPROCESSOR_API FieldsFromJson : public FieldVisitor {
   /// Runs one walk, which must show the fields to the visitor that it is given. The object may be run over many times.
   /// @throws FieldValueError  the fields before the refused one are set
   void run(const std::function<void(FieldVisitor&)>& walk);
+  /// The elements of all lists and maps that the last run has handed over. A set or map that holds fewer of them had a
+  /// key twice.
+  std::size_t elements() const;
 
   void number(const Field& field, std::int64_t& value) override;
   void real(const Field& field, double& value) override;

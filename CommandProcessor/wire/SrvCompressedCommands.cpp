@@ -40,10 +40,10 @@ void SrvCompressedCommands::getUncompressedData(unsigned char* destination) {
 void SrvCompressedCommands::fields(auto& self, auto&& field) {
   // Reading first drops the earlier batch, so that bytes that end within the sizes leave nothing of it either.
   field.local(self.realSize_);
-  field.local(bytes<std::uint32_t>(self.body_));
+  field.local(secret(bytes<std::uint32_t>(self.body_)));
   field.local(self.zlibResult_);
   field("realSize", self.realSize_);
-  field("body", bytes<std::uint32_t>(self.body_));
+  field("body", secret(bytes<std::uint32_t>(self.body_)));  // whatever is secret in the commands inside
 }
 
 template class Command<SrvCompressedCommands>;

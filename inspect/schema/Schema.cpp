@@ -1,6 +1,7 @@
 #include <inspect/CommandFields.h>
 #include <inspect/schema/Schema.h>
 
+#include <algorithm>
 #include <charconv>
 #include <stdexcept>
 #include <unordered_map>
@@ -91,6 +92,11 @@ class SchemaVisitor : public FieldVisitor {
   std::vector<Part> parts_;
 };
 
+bool anySecret(const std::vector<SchemaField>& fields) {
+  return std::any_of(fields.begin(), fields.end(),
+                     [](const SchemaField& field) { return field.secret || anySecret(field.fields); });
+}
+
 CommandSchema schemaOf(const CommandDescription& description) {
   CommandSchema schema{&description, {}};
   const CommandFields* row = CommandFields::of(description.name);
@@ -103,6 +109,8 @@ CommandSchema schemaOf(const CommandDescription& description) {
 }
 
 }  // namespace
+
+bool CommandSchema::hasSecrets() const { return anySecret(fields); }
 
 std::span<const CommandSchema> CommandSchema::all() {
   static const std::vector<CommandSchema> schemas = [] {

@@ -60,6 +60,8 @@ struct CommandSchema {
   std::vector<SchemaField> fields;
 
   std::string_view name() const { return description->name; }
+  /// Whether a password, a PIN or the like is among the fields, at any depth.
+  bool hasSecrets() const;
 
   /// The schemas of all classes, in the order of the catalogue; made at the first call, and kept as long as the process.
   /// Any thread may call this and the look-ups below.

@@ -134,7 +134,10 @@ TEST(Decode, TellsWhereAStreamCannotBeRead) {
     EXPECT_EQ(on.err, ran.err);
   }
   const Ran ended = cmdproc("decode", kKeepAlive + kKeepAlive.substr(0, 7));
-  EXPECT_EQ(ended.err, "cmdproc: offset 10: the stream ends within a frame, after 7 bytes of it\n");
+  EXPECT_EQ(
+      ended.err,
+      "cmdproc: offset 10: ClKeepAlive: the stream ends within a frame, after 7 bytes of it: CommandBuf::readNumber - "
+      "bufSize == 0 (sequenceNumber at byte 16: takes 4 bytes, 1 are left)\n");
   EXPECT_EQ(cmdproc("decode --hex", "0A 0").err,
             "cmdproc: offset 0: the hexadecimal text ends in the middle of a byte\n");
   EXPECT_EQ(cmdproc("decode --hex --json", "# all of it\n0a00 0000 80\t02\r\n05 00#tail\n0000").out, kKeepAliveLine);

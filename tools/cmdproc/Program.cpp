@@ -39,7 +39,11 @@ int runProgram(int argc, char** argv) {
   try {
     program.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    return program.exit(error) == 0 ? static_cast<int>(ExitStatus::Clean) : static_cast<int>(ExitStatus::Failed);
+    if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) return program.exit(error);  // --help
+    const auto chosen = program.get_subcommands();
+    complain(std::string(error.what()) + " (see cmdproc " + (chosen.empty() ? "" : chosen[0]->get_name() + ' ') +
+             "--help)");
+    return static_cast<int>(ExitStatus::Failed);
   }
   try {
     return static_cast<int>(action());

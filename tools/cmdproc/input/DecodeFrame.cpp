@@ -14,24 +14,35 @@ DecodeResult decodeFrame(std::span<const std::uint8_t> frame) {
   return decodeCommand(*named, command, policy);
 }
 
+namespace {
+
+/// "CommandBuf::readNumber - bufSize == 0 (sequenceNumber at byte 126: takes 4 bytes, 3 are left)"
+std::string readText(const CapturedFrame& frame, const DecodeError& error) {
+  const auto failure =
+      walkCommand(*CommandSchema::find(error.className), frame.bytes.subspan(kLengthSlot), [](const WirePiece&) {});
+  if (!failure) return error.message;
+  return error.message + " (" + (failure->path.empty() ? "" : failure->path + ' ') + "at byte " +
+         std::to_string(frame.offset + kLengthSlot + failure->offset) + ": " + failure->problem + ')';
+}
+
+}  // namespace
+
 std::string failureText(const CapturedFrame& frame, const DecodeError& error) {
-  std::string text = "offset " + std::to_string(frame.offset) + ": ";
+  const std::string text = "offset " + std::to_string(frame.offset) + ": ";
   if (error.className.empty()) {
     return text + "family " + std::to_string(error.family) + ", code " + std::to_string(error.code) + ": " +
            error.message;
   }
-  text.append(error.className) += ": " + error.message;
-  const auto failure =
-      walkCommand(*CommandSchema::find(error.className), frame.bytes.subspan(kLengthSlot), [](const WirePiece&) {});
-  if (!failure) return text;
-  text += " (";
-  if (!failure->path.empty()) text += failure->path + ' ';
-  return text + "at byte " + std::to_string(frame.offset + kLengthSlot + failure->offset) + ": " + failure->problem +
-         ')';
+  return text + std::string(error.className) + ": " + readText(frame, error);
 }
 
 std::string failureText(const CapturedFrame& frame) {
-  return "offset " + std::to_string(frame.offset) + ": " + std::string(frame.problem);
+  const std::string text = "offset " + std::to_string(frame.offset) + ": ";
+  const std::string problem(frame.problem);
+  if (frame.bytes.size() < kShortestFrame) return text + problem;
+  const DecodeResult decoded = decodeFrame(frame.bytes);
+  if (decoded || decoded.error.className.empty()) return text + problem;
+  return text + std::string(decoded.error.className) + ": " + problem + ": " + readText(frame, decoded.error);
 }
 
 }  // namespace poker::cmdproc

@@ -34,7 +34,12 @@ bool StreamInput::next(CapturedFrame& frame) {
 
 bool StreamInput::end(CapturedFrame& frame) {
   ended_ = true;
-  frame = {.number = ++number_, .offset = offset_, .problem = problem_};
+  // What follows a length that is none is anything but a frame.
+  const bool cut = framer_.error().kind == FramingError::Kind::None;
+  frame = {.bytes = cut ? framer_.partial() : std::span<const std::uint8_t>(),
+           .number = ++number_,
+           .offset = offset_,
+           .problem = problem_};
   return !problem_.empty();
 }
 

@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <bit>
 #include <charconv>
+#include <cmath>
 
 namespace poker::cmdproc {
 
@@ -35,6 +36,7 @@ std::string shortened(std::span<const std::uint8_t> bytes) {
 }
 
 std::string realText(double value) {
+  if (!std::isfinite(value)) return fmt::format("0x{:016X}", std::bit_cast<std::uint64_t>(value));
   char digits[32];
   return {digits, std::to_chars(digits, std::end(digits), value).ptr};
 }
@@ -105,11 +107,6 @@ std::string meaningOf(const WirePiece& piece) {
   return meaning;
 }
 
-bool hasSecrets(const std::vector<SchemaField>& fields) {
-  return std::any_of(fields.begin(), fields.end(),
-                     [](const SchemaField& field) { return field.secret || hasSecrets(field.fields); });
-}
-
 class Rows {
  public:
   Rows(const CapturedFrame& frame, JsonSecrets secrets, const Paint& paint)
@@ -147,7 +144,7 @@ class Rows {
     }
     const std::uint64_t offset = frame_.offset + kLengthSlot + failure->offset;
     // What is left of a class with secrets may hold one.
-    const bool masked = secrets_ == JsonSecrets::kMask && hasSecrets(schema.fields);
+    const bool masked = secrets_ == JsonSecrets::kMask && schema.hasSecrets();
     text_ += row(offset, masked ? "***" : shortened(command.subspan(failure->offset)),
                  failure->field == nullptr ? "" : typeText(*failure->field), "!",
                  (failure->path.empty() ? "" : failure->path + ": ") + failure->problem);

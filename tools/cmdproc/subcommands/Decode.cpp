@@ -28,12 +28,6 @@ struct Options {
   JsonSecrets secrets = JsonSecrets::kMask;
 };
 
-/// What cannot be read of a frame, as it is told.
-class Unreadable : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
-
 /// Writes each frame in the form that was asked for.
 class Decoder {
  public:
@@ -41,144 +35,176 @@ class Decoder {
 
   ExitStatus run() {
     const auto input = openInput(options_.input);
-    ExitStatus status = ExitStatus::Clean;
-    Progress progress;
     CapturedFrame frame;
     while (input->next(frame)) {
-      try {
-        write(frame);
-      } catch (const Unreadable& error) {
-        status = ExitStatus::Findings;
-        output_.flush();
-        progress.clear();
-        complain(error.what());
-        if (!options_.keepGoing) break;
-      }
-      progress.update(input->position(), input->size(), frame.number, "commands");
+      const bool readable = write(frame);
+      if (!readable && !options_.keepGoing) break;
+      progress_.update(input->position(), input->size(), frame.number, "commands");
     }
     output_.flush();
-    return status;
+    return status_;
   }
 
  private:
-  void write(const CapturedFrame& frame) {
+  /// @return false when the frame cannot be read, which has been told
+  bool write(const CapturedFrame& frame) {
     if (!frame.problem.empty()) {
-      if (options_.annotate && !frame.bytes.empty()) annotation(frame, frame.problem);
-      throw Unreadable(failureText(frame));
+      if (options_.annotate && !frame.bytes.empty()) annotateDamaged(frame, frame.problem);
+      find(failureText(frame));
+      return false;
     }
     DecodeResult decoded = decodeFrame(frame.bytes);
     if (!decoded) {
-      if (options_.annotate) annotation(frame, decoded.error.message);
-      throw Unreadable(failureText(frame, decoded.error));
+      if (options_.annotate) annotateDamaged(frame, decoded.error.message);
+      find(failureText(frame, decoded.error));
+      return false;
     }
     if (options_.annotate) {
-      annotation(frame, *decoded.command);
+      annotate(frame, *decoded.command);
     } else if (options_.json) {
       output_.line(json(frame, *decoded.command));
     } else {
-      output_.write(lines(frame, *decoded.command, {}));
+      output_.write(lines(frame, *decoded.command));
     }
+    // Of a batch that cannot be looked into, all that travelled is told: the stream goes on behind it.
+    if (!inside_.empty()) find("offset " + std::to_string(frame.offset) + ": SrvCompressedCommands: " + inside_);
+    inside_.clear();
+    return true;
   }
 
-  /// Opens a batch.
-  /// @throws Unreadable
-  void open(const CapturedFrame& frame, SrvCompressedCommands& batch) {
-    const std::string_view problem = content_.open(batch);
-    if (problem.empty()) return;
-    throw Unreadable("offset " + std::to_string(frame.offset) + ": SrvCompressedCommands: the batch " +
-                     std::string(problem));
+  void find(const std::string& finding) {
+    status_ = ExitStatus::Findings;
+    output_.flush();
+    progress_.clear();
+    complain(finding);
   }
 
-  /// Reads a frame inside a batch.
-  /// @throws Unreadable
-  CommandHandle<> decodeInside(const CapturedFrame& batch, const CapturedFrame& frame) {
-    DecodeResult decoded = decodeFrame(frame.bytes);
-    if (decoded) return std::move(decoded.command);
-    throw Unreadable("offset " + std::to_string(batch.offset) + ": SrvCompressedCommands: inside of the batch, " +
-                     failureText(frame, decoded.error));
+  /// Calls `f(frame, command)` for each command inside the batch, which loses its body. What cannot be read of it goes into
+  /// inside_, and ends this.
+  /// @return how the batch's own fields are to be shown: its body tells the secrets of what is inside
+  template <class F>
+  JsonSecrets forEachInside(SrvCompressedCommands& batch, F&& f) {
+    if (const std::string_view problem = content_.open(batch); !problem.empty()) {
+      inside_ = "the batch " + std::string(problem);
+      return options_.secrets;
+    }
+    const bool shown = options_.secrets == JsonSecrets::kShow || !content_.hasSecrets();
+    CapturedFrame inside;
+    while (content_.next(inside)) {
+      DecodeResult decoded = decodeFrame(inside.bytes);
+      if (!decoded) {
+        inside_ = "inside of the batch, " + failureText(inside, decoded.error);
+        f(inside, nullptr, decoded.error.message);
+        return options_.secrets;
+      }
+      f(inside, decoded.command.get(), {});
+    }
+    return shown ? JsonSecrets::kShow : JsonSecrets::kMask;
   }
 
   std::string json(const CapturedFrame& frame, PokerCommandI& command) {
     const std::string more = circumstancesJson(frame, options_.offsets);
     SrvCompressedCommands* batch = asBatch(command);
     if (batch == nullptr) return commandJson(command, options_.secrets, more);
-    // Opening it takes its body away.
-    std::string whole = commandJson(command, options_.secrets);
-    whole.back() = ',';
-    whole += "\"commands\":[";
-    open(frame, *batch);
-    CapturedFrame inside;
-    for (bool first = true; content_.next(inside); first = false) {
-      if (!first) whole += ',';
-      whole += commandJson(*decodeInside(frame, inside), options_.secrets);
+    // Looking into it takes its body away.
+    const std::string shown = commandJson(command, JsonSecrets::kShow), masked = commandJson(command, options_.secrets);
+    std::string commands;
+    const JsonSecrets own = forEachInside(*batch, [&](const CapturedFrame&, PokerCommandI* each, std::string_view) {
+      if (each != nullptr) commands.append(commands.empty() ? "" : ",") += commandJson(*each, options_.secrets);
+    });
+    std::string whole = own == JsonSecrets::kShow ? shown : masked;
+    whole.pop_back();
+    if (inside_.empty()) {
+      whole.append(",\"commands\":[") += commands + ']';
+    } else {
+      appendJsonString(whole.append(",\"problem\":"), inside_);
     }
-    whole += ']';
     if (!more.empty()) whole.append(",") += more;
     return whole += '}';
   }
 
-  /// One line, or one more for each command inside a batch.
-  std::string lines(const CapturedFrame& frame, PokerCommandI& command, std::string_view indent) {
-    std::string text(indent);
-    if (indent.empty()) {
-      text += paint_.aside(std::to_string(frame.offset)) + ' ';
-      if (const std::string where = circumstancesText(frame); !where.empty()) text += paint_.aside(where) + ' ';
-    }
-    text += paint_.name(CommandFactory::find(command)->name());
-    if (const std::string fields = fieldsAsText(command, options_.secrets); !fields.empty()) text += ' ' + fields;
-    if (const auto shown = playerText(command, options_.secrets); shown && !shown->empty()) {
-      text += "  " + paint_.speech("# " + poker::quoted(*shown));
-    }
-    text += '\n';
-    if (SrvCompressedCommands* batch = asBatch(command)) {
-      open(frame, *batch);
-      CapturedFrame inside;
-      while (content_.next(inside)) text += lines(inside, *decodeInside(frame, inside), "  ");
+  std::string line(const PokerCommandI& command, JsonSecrets secrets) const {
+    std::string text = paint_.name(CommandFactory::find(command)->name());
+    if (const std::string fields = fieldsAsText(command, secrets); !fields.empty()) text += ' ' + fields;
+    if (const std::string shown = speech(command); !shown.empty()) text += "  " + paint_.speech("# " + shown);
+    return text += '\n';
+  }
+
+  std::string speech(const PokerCommandI& command) const {
+    const auto shown = playerText(command, options_.secrets);
+    return shown && !shown->empty() ? poker::quoted(*shown) : std::string();
+  }
+
+  /// One line, and one more for each command inside a batch.
+  std::string lines(const CapturedFrame& frame, PokerCommandI& command) {
+    std::string text = paint_.aside(std::to_string(frame.offset)) + ' ';
+    if (const std::string where = circumstancesText(frame); !where.empty()) text += paint_.aside(where) + ' ';
+    SrvCompressedCommands* batch = asBatch(command);
+    if (batch == nullptr) return text + line(command, options_.secrets);
+    const std::string shown = line(command, JsonSecrets::kShow), masked = line(command, options_.secrets);
+    std::string inside;
+    const JsonSecrets own = forEachInside(*batch, [&](const CapturedFrame&, PokerCommandI* each, std::string_view) {
+      if (each != nullptr) inside.append("  ") += line(*each, options_.secrets);
+    });
+    return text + (own == JsonSecrets::kShow ? shown : masked) + inside;
+  }
+
+  /// The heading of a table, and the table.
+  std::string table(const CapturedFrame& frame, std::string_view name, JsonSecrets secrets,
+                    std::string_view message = {}) const {
+    std::string text = paint_.name(name) + ", " + std::to_string(frame.bytes.size()) + " bytes";
+    if (const std::string where = circumstancesText(frame); !where.empty()) text += ", " + where;
+    return text + '\n' + annotationHead(paint_) + cmdproc::annotate(frame, secrets, paint_, message);
+  }
+
+  std::string table(const CapturedFrame& frame, const PokerCommandI& command, JsonSecrets secrets) const {
+    std::string text = table(frame, CommandFactory::find(command)->name(), secrets);
+    if (const std::string shown = speech(command); !shown.empty()) {
+      text += "         " + paint_.speech("# the player reads: " + shown) + '\n';
     }
     return text;
   }
 
-  void head(const CapturedFrame& frame, std::string_view name) {
-    std::string line = annotated_++ == 0 ? "" : "\n";
-    line.append(paint_.name(name)) += ", " + std::to_string(frame.bytes.size()) + " bytes";
-    if (const std::string where = circumstancesText(frame); !where.empty()) line += ", " + where;
-    output_.line(line);
-    output_.write(annotationHead(paint_));
-  }
-
-  void annotation(const CapturedFrame& frame, PokerCommandI& command) {
-    head(frame, CommandFactory::find(command)->name());
-    output_.write(cmdproc::annotate(frame, options_.secrets, paint_));
-    if (const auto shown = playerText(command, options_.secrets); shown && !shown->empty()) {
-      output_.line("         " + paint_.speech("# the player reads: " + poker::quoted(*shown)));
-    }
-    SrvCompressedCommands* batch = asBatch(command);
-    if (batch == nullptr) return;
-    open(frame, *batch);
-    output_.line("         # inside of the batch, with offsets among the inflated bytes:");
-    CapturedFrame inside;
-    while (content_.next(inside)) {
-      const CommandHandle<> each = decodeInside(frame, inside);
-      output_.write(cmdproc::annotate(inside, options_.secrets, paint_));
-    }
-  }
-
-  /// @param message  why the frame cannot be read
-  void annotation(const CapturedFrame& frame, std::string_view message) {
+  std::string damagedTable(const CapturedFrame& frame, std::string_view message) const {
     const bool hasFrame = frame.bytes.size() >= kShortestFrame;
     const CommandClass* named =
         hasFrame
             ? CommandFactory::find(static_cast<ProcessorFamily>(frame.bytes[kLengthSlot + 1]), frame.bytes[kLengthSlot])
             : nullptr;
-    head(frame, (named == nullptr ? "no command" : std::string(named->name())) + ", which cannot be read");
-    output_.write(cmdproc::annotate(frame, options_.secrets, paint_, message));
+    return table(frame, (named == nullptr ? "no command" : std::string(named->name())) + ", which cannot be read",
+                 options_.secrets, message);
+  }
+
+  void writeTable(const std::string& text) {
+    if (tables_++ != 0) output_.line("");
+    output_.write(text);
+  }
+
+  void annotate(const CapturedFrame& frame, PokerCommandI& command) {
+    SrvCompressedCommands* batch = asBatch(command);
+    if (batch == nullptr) return writeTable(table(frame, command, options_.secrets));
+    std::string inside;
+    const JsonSecrets own =
+        forEachInside(*batch, [&](const CapturedFrame& each, PokerCommandI* decoded, std::string_view message) {
+          inside += "\nInside of the batch, offsets among the inflated bytes: ";
+          inside += decoded == nullptr ? damagedTable(each, message) : table(each, *decoded, options_.secrets);
+        });
+    writeTable(table(frame, command, own) + inside);
+    if (!inside_.empty()) output_.line("         " + paint_.alarm("^ " + inside_));
+  }
+
+  void annotateDamaged(const CapturedFrame& frame, std::string_view message) {
+    writeTable(damagedTable(frame, message));
   }
 
   const Options& options_;
   Paint paint_{wantsColour(stdout)};
   Output output_;
+  Progress progress_;
   BatchContent content_;
-  std::uint64_t annotated_ = 0;
+  std::string inside_;  // what cannot be read inside of the batch that is being written
+  ExitStatus status_ = ExitStatus::Clean;
+  std::uint64_t tables_ = 0;
 };
 
 }  // namespace

@@ -65,6 +65,32 @@ class Lines {
   std::size_t taken_ = 0;
 };
 
+/// Counts the elements of all lists and maps of a command.
+class Elements : public FieldVisitor {
+ public:
+  std::size_t count = 0;
+
+  void number(const Field&, std::int64_t&) override {}
+  void real(const Field&, double&) override {}
+  void text(const Field&, std::string&) override {}
+  void bytes(const Field&, std::vector<std::uint8_t>&) override {}
+  void beginRecord(const Field&) override {}
+  void endRecord(const Field&) override {}
+  std::size_t beginList(const Field&, std::size_t size) override {
+    count += size;
+    return size;
+  }
+  void endList(const Field&) override {}
+  std::size_t beginMap(const Field& field, std::size_t size) override { return beginList(field, size); }
+  void endMap(const Field&) override {}
+};
+
+std::size_t elementsOf(const PokerCommandI& command) {
+  Elements elements;
+  CommandFields::of(command)->visit(command, elements);
+  return elements.count;
+}
+
 /// Makes commands of JSON objects, and bytes of commands.
 class Encoder {
  public:
@@ -91,13 +117,14 @@ class Encoder {
     try {
       CommandHandle<> command(named->create());
       const auto fields = object.object("fields");
-      if (SrvCompressedCommands* batch = asBatch(*command)) {
-        if (!mayBeBatch) throw BadLine("a batch cannot hold another one");
-        if (fillBatch(*batch, object, fields)) return command;
-      }
       if (!fields) throw BadLine(object.has("fields") ? "\"fields\" takes an object" : "there are no \"fields\"");
       FieldsFromJson reader(*fields, secrets_);
       reader.run([&](FieldVisitor& visitor) { CommandFields::of(*command)->assign(*command, visitor); });
+      if (reader.elements() != elementsOf(*command)) throw BadLine(*name + ": a set or map has the same key twice");
+      if (SrvCompressedCommands* batch = asBatch(*command)) {
+        if (!mayBeBatch) throw BadLine("a batch cannot hold another one");
+        if (object.has("commands") && batch->compressedSize() == 0) fillBatch(*batch, object);
+      }
       return command;
     } catch (const FieldValueError& error) {
       throw BadLine(*name + ": " + error.what());
@@ -120,20 +147,17 @@ class Encoder {
     return bytes;
   }
 
-  /// Compresses the commands that stand beside the fields, when those have no body of their own.
-  /// @return whether the batch was filled so
-  bool fillBatch(SrvCompressedCommands& batch, const JsonObject& object, const std::optional<JsonObject>& fields) {
-    if (!object.has("commands")) return false;
-    if (fields && !fields->text("body").value_or("").empty()) return false;
+  /// Compresses the commands that stand beside the fields, which have no body of their own.
+  void fillBatch(SrvCompressedCommands& batch, const JsonObject& object) {
     const auto commands = object.objects("commands");
     if (!commands) throw BadLine("SrvCompressedCommands: \"commands\" takes an array of objects");
     std::vector<std::uint8_t> frames;
     for (const JsonObject& each : *commands) {
       const auto bytes = write(*make(each, false));
       frames.insert(frames.end(), bytes.begin(), bytes.end());
+      if (frames.size() > BatchContent::kMost) throw BadLine("SrvCompressedCommands: more than a batch may hold");
     }
     batch.init(frames.data(), static_cast<unsigned>(frames.size()));
-    return true;
   }
 
   JsonSecrets secrets_;
