@@ -127,7 +127,7 @@ void HandAudit::follow(const HandView& last) {
 
 void HandAudit::check(const SaidAt& at, const SrvMoveDealChip& command) {
   if (hand_.phase() != HandView::Phase::Begun || hand_.button().isValid()) {
-    report(at, joined("the button moves to ", seatText(command.getSeatID()), " in the middle of the hand"));
+    fail(at, joined("the button moves to ", seatText(command.getSeatID()), " in the middle of the hand"));
   }
 }
 
@@ -142,11 +142,11 @@ void HandAudit::check(const SaidAt& at, const SrvPostBlind& command) {
 void HandAudit::post(const SaidAt& at, const SrvUserActionNotify& command, const HandView::Player& player) {
   const UserAction action = command.getActionCode();
   const std::string who = joined(seatText(player.seat), ' ', actionText(action));
-  if (hand_.phase() != HandView::Phase::Begun) return report(at, joined(who, " after the cards are dealt"));
+  if (hand_.phase() != HandView::Phase::Begun) return fail(at, joined(who, " after the cards are dealt"));
   const bool isSmall = action == UserAction::SmallBlind;
   const bool isBig = action == UserAction::BigBlind;
   if ((isSmall && std::exchange(smallPosted_, true)) || (isBig && std::exchange(bigPosted_, true))) {
-    return report(at, joined(who, ", which is posted already"));
+    return fail(at, joined(who, ", which is posted already"));
   }
   if (due_ != player.seat || dueBlind_ != actionBit(action)) report(at, joined(who, ", which was not due"));
   due_ = SeatID();
@@ -159,14 +159,15 @@ void HandAudit::post(const SaidAt& at, const SrvUserActionNotify& command, const
   };
   if (hand_.limit() != LimitType::None && (isSmall || isBig)) {
     const RealMoneyType& due = isSmall ? hand_.smallBlind() : hand_.bigBlind();
-    if (!isDue(live, due)) report(at, joined(who, " of ", moneyText(live), ", which is ", moneyText(due), " here"));
+    if (!isDue(live, due))
+      return fail(at, joined(who, " of ", moneyText(live), ", which is ", moneyText(due), " here"));
   }
   if (hand_.limit() != LimitType::None && action == UserAction::Post) {
     const bool isLive = live == kZeroMoney || isDue(live, hand_.bigBlind());
     const bool isDead = dead == kZeroMoney || isDue(dead, hand_.smallBlind());
     if (!isLive || !isDead || put == kZeroMoney) {
-      report(at, joined(who, ' ', moneyText(live), " and ", moneyText(dead), " dead, with blinds of ",
-                        moneyText(hand_.smallBlind()), " and ", moneyText(hand_.bigBlind())));
+      return fail(at, joined(who, ' ', moneyText(live), " and ", moneyText(dead), " dead, with blinds of ",
+                             moneyText(hand_.smallBlind()), " and ", moneyText(hand_.bigBlind())));
     }
   }
   if (!last_) return;
@@ -187,8 +188,8 @@ void HandAudit::post(const SaidAt& at, const SrvUserActionNotify& command, const
   } else if (isSmall && player.seat != last_->big) {
     report(at, joined(who, ", but the last big blind was at ", seatText(last_->big)));
   } else if (isBig && last_->small.isValid() && last_->small != player.seat && hand_.button() != last_->small) {
-    report(at, joined("the button is at ", seatText(hand_.button()), ", but the last small blind was at ",
-                      seatText(last_->small)));
+    fail(at, joined("the button is at ", seatText(hand_.button()), ", but the last small blind was at ",
+                    seatText(last_->small)));
   }
 }
 
@@ -225,8 +226,8 @@ void HandAudit::newCards(const SaidAt& at, std::span<const Card> cards, const ch
 }
 
 void HandAudit::check(const SaidAt& at, const SrvCardDeal& command) {
-  if (hand_.phase() != HandView::Phase::Begun) return report(at, "hole cards are dealt in the middle of the hand");
-  if (!bigPosted_) report(at, "cards are dealt, but nobody has posted the big blind");
+  if (hand_.phase() != HandView::Phase::Begun) return fail(at, "hole cards are dealt in the middle of the hand");
+  if (!bigPosted_) fail(at, "cards are dealt, but nobody has posted the big blind");
   std::size_t dealt = 0;
   for (const UserCardPack& pack : command.getHands()) {
     const HandView::Player* player = hand_.find(pack.getSeatID());
@@ -265,7 +266,7 @@ void HandAudit::beginRound() {
   const bool isKnown =
       std::all_of(hand_.players().begin(), hand_.players().end(), [](const auto& player) { return player.stack; });
   // Without the stacks nobody can tell who is all-in, and without stakes what must be bet.
-  if (isKnown && hand_.limit() != LimitType::None && moneyIsKnown_) round_.emplace(hand_);
+  if (isKnown && hand_.limit() != LimitType::None && !isConfused_) round_.emplace(hand_);
 }
 
 /// Nobody, or one player alone, has chips to bet with.
@@ -286,18 +287,17 @@ void HandAudit::check(const SaidAt& at, const SrvPotCardDeal& command) {
     if (pack.getSeatID().isValid()) report(at, joined("cards of the board are dealt to ", seatText(pack.getSeatID())));
     cards.insert(cards.end(), pack.cards().begin(), pack.cards().end());
   }
-  if (hand_.phase() == HandView::Phase::Begun) {
-    report(at, "cards come to the board before any are dealt to the players");
-  } else if (hand_.phase() == HandView::Phase::Betting) {
-    report(at, "cards come to the board before the betting round is over");
-  } else if (hand_.remaining() < 2) {
-    report(at, "cards come to the board though one player alone is left");
-  }
   const std::size_t before = hand_.board().size();
   const std::size_t wanted = before == 0 ? 3 : before == 3 || before == 4 ? 1 : 0;
-  if (cards.size() != wanted) {
-    report(at, joined(std::to_string(cards.size()), " cards come to a board of ", std::to_string(before), ", not ",
-                      std::to_string(wanted)));
+  if (hand_.phase() == HandView::Phase::Begun) {
+    fail(at, "cards come to the board before any are dealt to the players");
+  } else if (hand_.phase() == HandView::Phase::Betting) {
+    fail(at, "cards come to the board before the betting round is over");
+  } else if (!isConfused_ && hand_.remaining() < 2) {
+    fail(at, "cards come to the board though one player alone is left");
+  } else if (cards.size() != wanted) {
+    fail(at, joined(std::to_string(cards.size()), cards.size() == 1 ? " card comes" : " cards come", " to a board of ",
+                    std::to_string(before), ", not ", std::to_string(wanted)));
   }
   if (!std::all_of(cards.begin(), cards.end(), hasFace)) report(at, "a card of the board lies face down");
   newCards(at, cards, "of the board", SeatID());
@@ -311,7 +311,7 @@ void HandAudit::check(const SaidAt& at, const SrvShowPlayerCards& command) {
   if (player == nullptr) return report(at, joined("cards of ", who, " are shown, which is not in the hand"), true);
   if (player->folded) {
     report(at, joined("the cards of ", who, ", which has folded, are shown"), true);
-  } else if (!mayShow()) {
+  } else if (!mayShow() && !isConfused_) {
     report(at, joined("the cards of ", who, " are shown before the show-down"), true);
   }
   if (player->shown) report(at, joined("the cards of ", who, " are shown a second time"));
@@ -334,17 +334,15 @@ void HandAudit::check(const SaidAt& at, const SrvUserTurn& command) {
   asked_ = seat;
   if (!round_ || hand_.phase() != HandView::Phase::Betting) {
     if (hand_.phase() != HandView::Phase::Betting) {
-      report(at, joined(seatText(seat), " is asked to act while there is no betting"));
+      fail(at, joined(seatText(seat), " is asked to act while there is no betting"));
     }
     return;
   }
   const auto turn = round_->turn();
   const SeatID rightful = turn ? hand_.players()[*turn].seat : SeatID();
   if (rightful != seat) {
-    report(at, joined(seatText(seat), " is asked to act, but ",
-                      turn ? joined("it is the turn of ", seatText(rightful)) : std::string("the betting is over")));
-    round_.reset();
-    return;
+    return fail(at, joined(seatText(seat), " is asked to act, but ",
+                           turn ? joined("it is the turn of ", seatText(rightful)) : "the betting is over"));
   }
   const HandView::Player& player = hand_.players()[*turn];
   const RealMoneyType call = std::min(round_->toCall(*turn), *player.stack);
@@ -362,8 +360,10 @@ void HandAudit::check(const SaidAt& at, const SrvUserTurn& command) {
   }
 }
 
-/// After a fault nobody knows whose turn is next, nor what is in the pots.
-void HandAudit::moved(const SaidAt&) {
+/// A fault after which nobody knows whose turn is next, nor what is in the pots.
+void HandAudit::fail(const SaidAt& at, std::string text) {
+  if (!isConfused_) report(at, std::move(text));
+  isConfused_ = true;
   round_.reset();
   asked_ = SeatID();
 }
@@ -372,21 +372,19 @@ void HandAudit::moved(const SaidAt&) {
 bool HandAudit::amounts(const SaidAt& at, const SrvUserActionNotify& command, const HandView::Player& player) {
   const std::string who = seatText(player.seat);
   if (command.getFreeMoney() < kZeroMoney || command.getTableMoney() < kZeroMoney) {
-    report(at, joined(who, " ", actionText(command.getActionCode()), " and has ", moneyText(command.getFreeMoney()),
-                      " left, with ", moneyText(command.getTableMoney()), " before it"));
-    moneyIsKnown_ = false;
+    fail(at, joined(who, ' ', actionText(command.getActionCode()), " and has ", moneyText(command.getFreeMoney()),
+                    " left, with ", moneyText(command.getTableMoney()), " before it"));
     return false;
   }
-  if (!player.stack) return true;
+  if (!player.stack || isConfused_) return true;
   const RealMoneyType put = *player.stack - command.getFreeMoney();
   const RealMoneyType live = command.getTableMoney() - player.bet;
   const bool mayBeDead = isPost(command.getActionCode()) && command.getActionCode() != UserAction::SmallBlind &&
                          command.getActionCode() != UserAction::BigBlind;
   if (mayBeDead ? live <= put : live == put) return true;
-  report(at, joined(who, ' ', actionText(command.getActionCode()), ": ", moneyText(player.bet), " and a stack of ",
-                    moneyText(*player.stack), " become ", moneyText(command.getTableMoney()), " and ",
-                    moneyText(command.getFreeMoney())));
-  moneyIsKnown_ = false;
+  fail(at, joined(who, ' ', actionText(command.getActionCode()), ": ", moneyText(player.bet), " and a stack of ",
+                  moneyText(*player.stack), " become ", moneyText(command.getTableMoney()), " and ",
+                  moneyText(command.getFreeMoney())));
   return false;
 }
 
@@ -394,20 +392,14 @@ void HandAudit::check(const SaidAt& at, const SrvUserActionNotify& command, cons
   const UserAction action = command.getActionCode();
   const HandView::Player* player = hand_.find(command.getSeatID());
   if (player == nullptr) {
-    moneyIsKnown_ = false;
-    moved(at);
-    return report(at, joined(seatText(command.getSeatID()), ' ', actionText(action), ", which is not in the hand"));
+    return fail(at, joined(seatText(command.getSeatID()), ' ', actionText(action), ", which is not in the hand"));
   }
-  const bool amountsAgree = amounts(at, command, *player);
-  if (!amountsAgree) {
-    moved(at);
-  } else if (action == UserAction::NoAction) {
+  if (!amounts(at, command, *player) || isConfused_) return;
+  if (action == UserAction::NoAction) {
     uncalled(at, command, *player);
   } else if (isPost(action)) {
     post(at, command, *player);
-  } else if (!act(at, command, *player)) {
-    moved(at);
-  } else if (player->seat == hand_.viewer()) {
+  } else if (act(at, command, *player) && player->seat == hand_.viewer()) {
     choice(at, command, command.getTableMoney() - player->bet, own);
   }
 }
@@ -415,25 +407,23 @@ void HandAudit::check(const SaidAt& at, const SrvUserActionNotify& command, cons
 void HandAudit::uncalled(const SaidAt& at, const SrvUserActionNotify& command, const HandView::Player& player) {
   const std::string who =
       joined(seatText(player.seat), " gets ", moneyText(player.bet - command.getTableMoney()), " back");
-  if (hand_.phase() != HandView::Phase::Betting) return report(at, joined(who, " while there is no betting"));
+  if (hand_.phase() != HandView::Phase::Betting) return fail(at, joined(who, " while there is no betting"));
   if (round_ && round_->turn()) {
-    const SeatID turn = hand_.players()[*round_->turn()].seat;
-    moved(at);
-    return report(at, joined(who, ", but it is the turn of ", seatText(turn)));
+    return fail(at, joined(who, ", but it is the turn of ", seatText(hand_.players()[*round_->turn()].seat)));
   }
   RealMoneyType others;
   for (const HandView::Player& other : hand_.players()) {
     if (other.seat != player.seat) others = std::max(others, other.bet);
   }
   if (command.getTableMoney() == others && player.bet > others) return;
-  report(at, joined(who, " of ", moneyText(player.bet), ", where the others have bet ", moneyText(others), " at most"));
+  fail(at, joined(who, " of ", moneyText(player.bet), ", where the others have bet ", moneyText(others), " at most"));
 }
 
 bool HandAudit::act(const SaidAt& at, const SrvUserActionNotify& command, const HandView::Player& player) {
   const UserAction action = command.getActionCode();
   const std::string who = joined(seatText(player.seat), ' ', actionText(action));
   const auto wrong = [&](const std::string& why) {
-    report(at, joined(who, why));
+    fail(at, joined(who, why));
     return false;
   };
   if (hand_.phase() != HandView::Phase::Betting) {
@@ -461,7 +451,7 @@ bool HandAudit::wager(const SaidAt& at, UserAction action, std::size_t index, co
   const HandView::Player& player = hand_.players()[index];
   const std::string who = joined(seatText(player.seat), ' ', actionText(action));
   const auto wrong = [&](const std::string& why) {
-    report(at, joined(who, why));
+    fail(at, joined(who, why));
     return false;
   };
   const RealMoneyType& stack = *player.stack;
@@ -487,7 +477,7 @@ bool HandAudit::wager(const SaidAt& at, UserAction action, std::size_t index, co
       if (level == kZeroMoney) return wrong(", though nobody has bet");
       break;
     default:
-      moved(at);  // whatever that is
+      round_.reset();  // whatever that is
       return true;
   }
   const RealMoneyType to = player.bet + put;
@@ -540,13 +530,10 @@ void HandAudit::applied(const SrvUserActionNotify& command) {
 // Pots
 
 void HandAudit::check(const SaidAt& at, const SrvBetRoundComplete& command) {
-  if (hand_.phase() != HandView::Phase::Betting) {
-    return report(at, "a betting round is over, but there was none");
-  }
+  if (hand_.phase() != HandView::Phase::Betting) return fail(at, "a betting round is over, but there was none");
   if (round_ && round_->turn()) {
-    moneyIsKnown_ = false;
-    return report(at, joined("the betting round is over, but it is the turn of ",
-                             seatText(hand_.players()[*round_->turn()].seat)));
+    return fail(at, joined("the betting round is over, but it is the turn of ",
+                           seatText(hand_.players()[*round_->turn()].seat)));
   }
   const HandView::Player* highest = nullptr;
   RealMoneyType second;
@@ -558,15 +545,15 @@ void HandAudit::check(const SaidAt& at, const SrvBetRoundComplete& command) {
       second = std::max(second, player.bet);
     }
   }
-  if (moneyIsKnown_ && highest != nullptr && highest->bet > second) {
-    moneyIsKnown_ = false;
-    return report(at, joined("the betting round is over, but ", moneyText(highest->bet - second),
-                             " that nobody called ", "are not given back to ", seatText(highest->seat)));
+  if (!isConfused_ && highest != nullptr && highest->bet > second) {
+    return fail(at, joined("the betting round is over, but ", moneyText(highest->bet - second),
+                           " that nobody called are not given back to ", seatText(highest->seat)));
   }
   pots(at, command);
 }
 
 void HandAudit::pots(const SaidAt& at, const SrvBetRoundComplete& command) {
+  if (isConfused_) return;
   const RealMoneyType& rake = command.rake();
   if (rake < kZeroMoney) {
     report(at, joined("the rake is ", moneyText(rake)));
@@ -577,28 +564,26 @@ void HandAudit::pots(const SaidAt& at, const SrvBetRoundComplete& command) {
   } else if (hand_.isWhole() && rake < hand_.rake()) {
     report(at, joined("the rake goes from ", moneyText(hand_.rake()), " to ", moneyText(rake)));
   }
-  if (!moneyIsKnown_ || !hand_.isWhole()) return;
+  if (!hand_.isWhole()) return;
   std::vector<RealMoneyType> told{command.getPot().mainPot()};
   told.insert(told.end(), command.getPot().sidePots().begin(), command.getPot().sidePots().end());
   const RealMoneyType total = std::accumulate(told.begin(), told.end(), kZeroMoney);
   const RealMoneyType paid = hand_.paid();
   if (total + rake != paid) {
-    moneyIsKnown_ = false;
-    return report(at, joined("pots of ", moneyText(total), " and a rake of ", moneyText(rake), " are told, but ",
-                             moneyText(paid), " were paid in"));
+    return fail(at, joined("pots of ", moneyText(total), " and a rake of ", moneyText(rake), " are told, but ",
+                           moneyText(paid), " were paid in"));
   }
-  const std::vector<HandView::Share> shares = hand_.shares();
+  std::vector<HandView::Share> shares = hand_.shares();
+  if (shares.empty()) shares.emplace_back();  // a lone blind that was given back
   if (told.size() != shares.size()) {
-    moneyIsKnown_ = false;
-    return report(
+    return fail(
         at, joined(std::to_string(told.size()), " pots are told, but the bets make ", std::to_string(shares.size())));
   }
   for (std::size_t i = 0; i < told.size(); ++i) {
     // The rake may come off any of them.
     if (told[i] <= shares[i].amount && told[i] >= shares[i].amount - rake) continue;
-    report(at, joined("pot ", std::to_string(i + 1), " is told as ", moneyText(told[i]), ", but the bets make it ",
-                      moneyText(shares[i].amount)));
-    moneyIsKnown_ = false;
+    return fail(at, joined("pot ", std::to_string(i + 1), " is told as ", moneyText(told[i]), ", but the bets make it ",
+                           moneyText(shares[i].amount)));
   }
 }
 
@@ -607,22 +592,22 @@ void HandAudit::pots(const SaidAt& at, const SrvBetRoundComplete& command) {
 void HandAudit::check(const SaidAt& at, const SrvTUShowDown& command) {
   constexpr std::size_t kWholeBoard = 5;
   if (hand_.phase() != HandView::Phase::RoundOver) {
-    report(at, "the hand is over, but its betting round is not");
-  } else if (hand_.remaining() > 1 && hand_.board().size() < kWholeBoard) {
-    report(at, joined("the hand is over with ", std::to_string(hand_.remaining()), " players and a board of ",
-                      std::to_string(hand_.board().size()), " cards"));
+    fail(at, "the hand is over, but its betting round is not");
+  } else if (!isConfused_ && hand_.remaining() > 1 && hand_.board().size() < kWholeBoard) {
+    fail(at, joined("the hand is over with ", std::to_string(hand_.remaining()), " players and a board of ",
+                    std::to_string(hand_.board().size()), " cards"));
   }
   std::size_t last = 0;
   for (const SDInfo& final : command.getUserCards()) {
     const HandView::Player* player = hand_.find(final.getSeatID());
     const std::string who = seatText(final.getSeatID());
     if (player == nullptr) {
-      report(at, joined(who, " is among the last players, but not in the hand"));
+      fail(at, joined(who, " is among the last players, but not in the hand"));
       continue;
     }
     ++last;
     if (player->folded) {
-      report(at, joined(who, " is among the last players, though it has folded"));
+      fail(at, joined(who, " is among the last players, though it has folded"));
       continue;
     }
     if (final.getMoney() != command.wins(final.getSeatID())) {
@@ -641,46 +626,47 @@ void HandAudit::check(const SaidAt& at, const SrvTUShowDown& command) {
     }
   }
   if (last != hand_.remaining()) {
-    report(at, joined(std::to_string(last), " last players are told, but ", std::to_string(hand_.remaining()),
-                      " were in to the end"));
+    fail(at, joined(std::to_string(last), " last players are told, but ", std::to_string(hand_.remaining()),
+                    " were in to the end"));
   }
   wins(at, command);
 }
 
 void HandAudit::wins(const SaidAt& at, const SrvTUShowDown& command) {
   RealMoneyType won;
-  bool isSound = true;
-  const auto wrong = [&](std::string text) {
-    report(at, std::move(text));
-    isSound = false;
-  };
   for (unsigned seat = 0; seat < 256; ++seat) {
     const SeatID id(static_cast<SeatID::value_type>(seat));
     const RealMoneyType win = command.wins(id);
     won += win;
     const HandView::Player* player = hand_.find(id);
     if (win < kZeroMoney) {
-      wrong(joined(seatText(id), " wins ", moneyText(win)));
+      fail(at, joined(seatText(id), " wins ", moneyText(win)));
     } else if (win > kZeroMoney && player == nullptr) {
-      wrong(joined(seatText(id), " wins ", moneyText(win), ", but is not in the hand"));
+      fail(at, joined(seatText(id), " wins ", moneyText(win), ", but is not in the hand"));
     } else if (win > kZeroMoney && player->folded) {
-      wrong(joined(seatText(id), " wins ", moneyText(win), ", though it has folded"));
+      fail(at, joined(seatText(id), " wins ", moneyText(win), ", though it has folded"));
     }
-    if (player != nullptr && hand_.isWhole() && moneyIsKnown_ && command.bets(id) != player->paid + player->dead) {
-      wrong(joined(seatText(id), " is said to have bet ", moneyText(command.bets(id)), ", but has bet ",
-                   moneyText(player->paid + player->dead)));
+    if (player != nullptr && hand_.isWhole() && command.bets(id) != player->paid + player->dead) {
+      fail(at, joined(seatText(id), " is said to have bet ", moneyText(command.bets(id)), ", but has bet ",
+                      moneyText(player->paid + player->dead)));
     }
   }
+  // This holds by itself, whatever was wrong before.
   const RealMoneyType pots = std::accumulate(hand_.pots().begin(), hand_.pots().end(), kZeroMoney);
-  if (hand_.phase() != HandView::Phase::RoundOver) return;
-  if (hand_.isWhole() && command.casinoProfit() != hand_.rake()) {
-    wrong(joined("a rake of ", moneyText(command.casinoProfit()), " is taken, but ", moneyText(hand_.rake()),
-                 " were told with the pots"));
+  if (hand_.phase() == HandView::Phase::RoundOver && won != pots) {
+    const bool wasConfused = std::exchange(isConfused_, false);
+    // A pot that was told wrongly may well be paid rightly.
+    if (!wasConfused || won > std::max(pots, hand_.paid())) {
+      fail(at, joined("wins of ", moneyText(won), " are paid from pots of ", moneyText(pots)));
+    }
+    isConfused_ = true;
   }
-  if (won != pots) {
-    wrong(joined("wins of ", moneyText(won), " are paid from pots of ", moneyText(pots)));
+  if (isConfused_ || !hand_.isWhole()) return;
+  if (command.casinoProfit() != hand_.rake()) {
+    fail(at, joined("a rake of ", moneyText(command.casinoProfit()), " is taken, but ", moneyText(hand_.rake()),
+                    " were told with the pots"));
   }
-  if (isSound && hand_.isWhole() && moneyIsKnown_) winners(at, command);
+  if (!isConfused_) winners(at, command);
 }
 
 /// Each pot goes to the best of its contenders, in equal shares.
@@ -702,7 +688,7 @@ void HandAudit::winners(const SaidAt& at, const SrvTUShowDown& command) {
       rank = own;
       best.push_back(i);
     }
-    if (best.empty()) return report(at, joined("pot ", std::to_string(number + 1), " is won, but nobody shows cards"));
+    if (best.empty()) return fail(at, joined("pot ", std::to_string(number + 1), " is won, but nobody shows cards"));
     const auto count = static_cast<std::int64_t>(best.size());
     const RealMoneyType least = hand_.pots()[number] / count;
     const bool isEven = least * count == hand_.pots()[number];
@@ -716,9 +702,9 @@ void HandAudit::winners(const SaidAt& at, const SrvTUShowDown& command) {
     const RealMoneyType win = command.wins(player.seat);
     if (win >= range.first && win <= range.second) continue;
     const HandRank rank = player.shown ? HandRank::of(player.cards, hand_.board()) : HandRank();
-    return report(at, joined(seatText(player.seat), " wins ", moneyText(win),
-                             rank.isHand() ? joined(" with ", rank.words()) : std::string(), ", but ",
-                             moneyText(range.first), " of the pots are due"));
+    return fail(at, joined(seatText(player.seat), " wins ", moneyText(win),
+                           rank.isHand() ? joined(" with ", rank.words()) : std::string(), ", but ",
+                           moneyText(range.first), " of the pots are due"));
   }
 }
 
@@ -730,32 +716,32 @@ void HandAudit::check(const SaidAt& at, const SrvUserStateOnTable& command) {
   if (command.state() == UserState::Empty) {
     return report(at, joined(seatText(player->seat), " is free, though its player is in the hand"));
   }
+  if (isConfused_) return;
   if (player->stack && command.getMoney() != *player->stack) {
-    report(at, joined(seatText(player->seat), " is said to have ", moneyText(command.getMoney()), ", but has ",
-                      moneyText(*player->stack)));
-    moneyIsKnown_ = false;
+    fail(at, joined(seatText(player->seat), " is said to have ", moneyText(command.getMoney()), ", but has ",
+                    moneyText(*player->stack)));
   }
   if (command.state() == UserState::Folded && !player->folded) {
-    report(at, joined(seatText(player->seat), " is said to have folded, but has not"));
+    fail(at, joined(seatText(player->seat), " is said to have folded, but has not"));
   }
 }
 
 void HandAudit::check(const SaidAt& at, const ClientTableState& state) {
   for (const ClientSeatState& seat : state.seats) {
     const HandView::Player* player = hand_.find(seat.seatID);
+    const bool isShown = player != nullptr && player->shown;
+    if (seat.seatID != hand_.viewer() && !isShown) hiddenCards(at, seat.seatID, seat.cards);
+    if (isConfused_) continue;
     if (player == nullptr) {
-      if (!seat.cards.empty()) report(at, joined(seatText(seat.seatID), " has cards, but is not in the hand"));
-      continue;
+      if (!seat.cards.empty()) fail(at, joined(seatText(seat.seatID), " has cards, but is not in the hand"));
+    } else if (player->stack && (seat.money != *player->stack || seat.bet != player->bet)) {
+      fail(at, joined(seatText(seat.seatID), " is said to have ", moneyText(seat.money), " and ", moneyText(seat.bet),
+                      " before it, but has ", moneyText(*player->stack), " and ", moneyText(player->bet)));
+    } else if (player->folded != seat.cards.empty() && hand_.phase() != HandView::Phase::Begun) {
+      fail(at, joined(seatText(seat.seatID), player->folded ? " has cards, though it has folded" : " has no cards"));
     }
-    if (player->stack && (seat.money != *player->stack || seat.bet != player->bet)) {
-      report(at, joined(seatText(seat.seatID), " is said to have ", moneyText(seat.money), " and ", moneyText(seat.bet),
-                        " before it, but has ", moneyText(*player->stack), " and ", moneyText(player->bet)));
-    }
-    if (player->folded != seat.cards.empty() && hand_.phase() != HandView::Phase::Begun) {
-      report(at, joined(seatText(seat.seatID), player->folded ? " has cards, though it has folded" : " has no cards"));
-    }
-    if (seat.seatID != hand_.viewer() && !player->shown) hiddenCards(at, seat.seatID, seat.cards);
   }
+  if (isConfused_) return;
   if (!std::equal(hand_.board().begin(), hand_.board().end(), state.board.begin(), state.board.end(), sameFace)) {
     report(at, "the board is told otherwise than before");
   }

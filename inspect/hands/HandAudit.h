@@ -74,6 +74,9 @@ class HandAudit {
 
   void report(const SaidAt& at, std::string text, bool isLeak = false);
 
+  /// Whether the stacks at the end are what was told, and what was told is sound.
+  bool knowsStacks() const { return !isConfused_; }
+
  private:
   struct Blinds {
     SeatID button, small, big;
@@ -86,7 +89,7 @@ class HandAudit {
   bool wager(const SaidAt& at, UserAction action, std::size_t index, const RealMoneyType& put);
   void choice(const SaidAt& at, const SrvUserActionNotify& command, const RealMoneyType& put, const OwnTurn& own);
   bool amounts(const SaidAt& at, const SrvUserActionNotify& command, const HandView::Player& player);
-  void moved(const SaidAt& at);
+  void fail(const SaidAt& at, std::string text);
   void pots(const SaidAt& at, const SrvBetRoundComplete& command);
   void hiddenCards(const SaidAt& at, const SeatID& seat, std::span<const Card> cards);
   void newCards(const SaidAt& at, std::span<const Card> cards, const char* whose, const SeatID& owner);
@@ -110,7 +113,7 @@ class HandAudit {
   bool bigPosted_ = false;
   std::uint8_t raisesLeft_ = 255;
   bool roundWasOver_ = false;  // once
-  bool moneyIsKnown_ = true;   // no amount that was told contradicts another one
+  bool isConfused_ = false;    // after a fault, of which others may be mere consequences
 };
 
 /// "2.50".

@@ -76,6 +76,7 @@ HandView::HandView(const TableFacts& table, const ClientTableState& state)
     });
   }
   board_.assign(state.board.begin(), state.board.end());
+  beginAtButton();
   pots_.push_back(state.pot.mainPot());
   pots_.insert(pots_.end(), state.pot.sidePots().begin(), state.pot.sidePots().end());
 }
@@ -105,6 +106,10 @@ RealMoneyType HandView::betSize() const {
 
 void HandView::apply(const SrvMoveDealChip& command) {
   story_.button = command.getSeatID();
+  beginAtButton();
+}
+
+void HandView::beginAtButton() {
   std::sort(players_.begin(), players_.end(), [](const Player& a, const Player& b) { return a.seat < b.seat; });
   const auto first =
       std::find_if(players_.begin(), players_.end(), [&](const Player& player) { return player.seat > story_.button; });

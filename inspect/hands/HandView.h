@@ -123,6 +123,7 @@ class HandView {
 
  private:
   Player* playerAt(const SeatID& seat) { return const_cast<Player*>(std::as_const(*this).find(seat)); }
+  void beginAtButton();
   void finishStory(HandStory& story) const;
 
   HandStory story_;  // without players, and without what is known at the end alone

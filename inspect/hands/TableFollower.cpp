@@ -318,14 +318,16 @@ void TableFollower::on(const SrvUserStateOnTable& command) {
     seats_.push_back({command.getSeatID(), command.getDisplayName(), command.getMoney()});
     return;
   }
-  if (command.getMoney() < kZeroMoney) {
-    faultBetween(seatText(seat->seat) + " is said to have " + moneyText(command.getMoney()));
-  } else if (isBetween_ && seat->stack && command.getMoney() < *seat->stack && seat->name == command.getDisplayName()) {
-    faultBetween(seatText(seat->seat) + " is said to have " + moneyText(command.getMoney()) + ", but has " +
-                 moneyText(*seat->stack));
+  const bool isLess =
+      isBetween_ && seat->stack && seat->name == command.getDisplayName() && command.getMoney() < *seat->stack;
+  if (isLess || command.getMoney() < kZeroMoney) {
+    faultBetween(seatText(seat->seat) + " is said to have " + moneyText(command.getMoney()) +
+                 (isLess ? ", but has " + moneyText(*seat->stack) : std::string()));
+    seat->stack.reset();  // one of the two, who knows
+  } else {
+    seat->stack = command.getMoney();
   }
   seat->name = command.getDisplayName();
-  seat->stack = command.getMoney();
 }
 
 void TableFollower::on(const SrvLevelSwitch& command) {
@@ -438,7 +440,8 @@ void TableFollower::endHand() {
   if (hand_ == nullptr) return;
   for (const HandView::Player& player : hand_->view.players()) {
     for (TableSeat& seat : seats_) {
-      if (seat.seat == player.seat && player.stack) seat.stack = player.stack;
+      if (seat.seat != player.seat) continue;
+      seat.stack = hand_->audit.knowsStacks() ? player.stack : std::nullopt;
     }
   }
   lastNumber_ = hand_->view.number();
