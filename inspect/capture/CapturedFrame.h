@@ -1,8 +1,8 @@
 #pragma once
 
 #include <CommandProcessor/core/Catalogue.h>
+#include <inspect/capture/NetworkEnd.h>
 
-#include <array>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -25,13 +25,6 @@ struct CapturedFrame {
   std::string_view table = {};    ///< the capture's interface, which is a table's name; empty: not known
   std::uint64_t hand = 0;         ///< the number of the hand that the server played there then; 0: none, or not known
   std::string_view problem = {};  ///< why this is no whole frame; empty when it is one
-};
-
-/// One end of a TCP connection.
-struct NetworkEnd {
-  bool isV6 = false;
-  std::array<std::uint8_t, 16> address = {};  ///< in the order of the network; of IPv4 the first four bytes
-  std::uint16_t port = 0;
 };
 
 /// Where a connection runs. All zeros: not known.

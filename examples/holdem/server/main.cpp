@@ -4,6 +4,7 @@
 #include <LogUtil/Log.h>
 #include <examples/holdem/server/Server.h>
 #include <examples/holdem/server/TableText.h>
+#include <examples/holdem/server/capture/FrameRecorder.h>
 #include <examples/holdem/server/tournament/TourText.h>
 #include <examples/holdem/shared/MoneyText.h>
 #include <examples/holdem/shared/Options.h>
@@ -22,6 +23,7 @@
 #include <stdexcept>
 #include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -42,13 +44,19 @@ void writePortFile(const std::string& path, std::uint16_t port) {
 }
 
 /// Runs the server until it has drained.
+/// @param recordFile  where all frames go; empty: nowhere
 /// @return whether no chip was lost
-bool serve(const ServerSettings& settings, const std::string& portFile, Transcript* transcript) {
+bool serve(const ServerSettings& settings, const std::string& portFile, Transcript* transcript,
+           const std::string& recordFile) {
   asio::io_context context(1);
+  std::unique_ptr<FrameRecorder> recorder;
+  if (!recordFile.empty()) recorder = std::make_unique<FrameRecorder>(context, recordFile);
   const auto listening = [&] {
     try {
-      return std::make_unique<Server>(context, settings, transcript);
+      return std::make_unique<Server>(context, settings, transcript, recorder.get());
     } catch (const std::system_error& error) {
+      // Nothing is in it, and it would be in the way of the next try.
+      if (std::exchange(recorder, nullptr)) std::filesystem::remove(recordFile);
       throw std::runtime_error("cannot listen at " + settings.listen.toString() + ": " + error.what());
     }
   }();
@@ -75,7 +83,10 @@ bool serve(const ServerSettings& settings, const std::string& portFile, Transcri
   };
   nextSignal();
 
-  server.start([&] { signals.cancel(); });
+  server.start([&] {
+    signals.cancel();
+    if (recorder) recorder->finish();
+  });
   if (!portFile.empty()) writePortFile(portFile, server.port());
   context.run();
   if (server.failure()) std::rethrow_exception(server.failure());
@@ -209,7 +220,7 @@ int main(int argc, char** argv) {
   ServerSettings settings;
   TableOptions tables;
   Endpoint movedTo;
-  std::string portFile, logFile;
+  std::string portFile, logFile, recordFile;
   unsigned logLevel = 0;
   bool wantsTranscript = false, dumpOnExit = false;
   Colour colour = Colour::Auto;
@@ -268,6 +279,11 @@ int main(int argc, char** argv) {
       ->capture_default_str()
       ->type_name("N");
   app.add_flag("--transcript", wantsTranscript, "show the conversation on the standard output");
+  app.add_option(
+         "--record", recordFile,
+         "write all commands into a capture, without their secrets; a file that is there already is not touched")
+      ->check(CLI::NonexistentPath.description(""))
+      ->type_name("FILE");
   addColour(app, colour);
   app.add_flag("--dump-on-exit", dumpOnExit, "log the memory of the command pools at the end");
   if (const int status = parseOptions(app, argc, argv); status >= 0) return status;
@@ -288,7 +304,7 @@ int main(int argc, char** argv) {
     settings.house.tables = tables.settings();
     settings.house.tournaments = tables.tourSettings();
     if (settings.house.inviteTime.count() == 0) throw std::runtime_error("the invite time must be above 0");
-    const bool sound = serve(settings, portFile, transcript.get());
+    const bool sound = serve(settings, portFile, transcript.get(), recordFile);
     if (dumpOnExit) DebugStaticLogger::instance()->dumpDataIntoLog("holdem.pools");
     if (!sound) throw std::runtime_error("chips are lost or came from nowhere; the log has the sums");
     return 0;

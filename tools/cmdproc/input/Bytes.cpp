@@ -52,9 +52,9 @@ std::size_t FileBytes::readFile(std::span<std::uint8_t> space) {
 
 std::size_t FileBytes::read(std::span<std::uint8_t> space) {
   std::size_t size = 0;
-  if (peekedTaken_ < peekedSize_) {
-    size = std::min(space.size(), peekedSize_ - peekedTaken_);
-    std::memcpy(space.data(), peeked_ + peekedTaken_, size);
+  if (peekedTaken_ < peeked_.size()) {
+    size = std::min(space.size(), peeked_.size() - peekedTaken_);
+    std::memcpy(space.data(), peeked_.data() + peekedTaken_, size);
     peekedTaken_ += size;
   } else {
     size = readFile(space);
@@ -63,9 +63,15 @@ std::size_t FileBytes::read(std::span<std::uint8_t> space) {
   return size;
 }
 
-std::span<const std::uint8_t> FileBytes::peek() {
-  if (peekedSize_ == 0) peekedSize_ = readFile(peeked_);
-  return std::span(peeked_).subspan(peekedTaken_, peekedSize_ - peekedTaken_);
+std::span<const std::uint8_t> FileBytes::peek(std::size_t size) {
+  const std::size_t known = peeked_.size() - peekedTaken_;
+  if (known < size) {
+    peeked_.resize(peekedTaken_ + size);
+    const std::size_t received = readFile(std::span(peeked_).last(size - known));
+    peeked_.resize(peekedTaken_ + known + received);
+  }
+  const std::span<const std::uint8_t> bytes = std::span(peeked_).subspan(peekedTaken_);
+  return bytes.first(std::min(size, bytes.size()));
 }
 
 std::size_t HexBytes::read(std::span<std::uint8_t> space) {

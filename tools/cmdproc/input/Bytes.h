@@ -8,6 +8,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace poker::cmdproc {
 
@@ -43,8 +44,8 @@ class FileBytes final : public ByteSource {
   std::uint64_t position() const override { return position_; }
   std::optional<std::uint64_t> size() const override { return size_; }
 
-  /// The bytes that come next, as many as there are up to 4; they are read again afterwards.
-  std::span<const std::uint8_t> peek();
+  /// The bytes that come next, as many as there are up to `size`; they are read again afterwards.
+  std::span<const std::uint8_t> peek(std::size_t size);
   /// "standard input" or the path.
   const std::string& name() const { return name_; }
 
@@ -54,8 +55,7 @@ class FileBytes final : public ByteSource {
   std::string name_;
   FilePtr owned_;
   std::FILE* file_;
-  std::uint8_t peeked_[4];
-  std::size_t peekedSize_ = 0;
+  std::vector<std::uint8_t> peeked_;
   std::size_t peekedTaken_ = 0;
   std::uint64_t position_ = 0;
   std::optional<std::uint64_t> size_;

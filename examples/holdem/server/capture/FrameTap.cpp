@@ -37,6 +37,8 @@ NetworkEnd endFrom(const std::string& text) {
 FrameTap::FrameTap(House& house, FrameObserver& observer)
     : house_(house), observer_(observer), names_{std::string(kLobby)} {
   house_.outbox().notePlaces([this](const ConnectionID& client) { return locate(client); });
+  // In the order of their numbers, not in that in which somebody comes to them.
+  for (const auto& table : house_.tables()) nameOf(*table);
 }
 
 void FrameTap::frame(const TcpSession& session, FrameDirection direction, std::span<const std::uint8_t> bytes) {

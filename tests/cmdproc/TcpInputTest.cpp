@@ -1,0 +1,463 @@
+#include <CommandProcessor/wire/SerializeCommandBuf.h>
+#include <inspect/CommandFields.h>
+#include <inspect/capture/PcapngWriter.h>
+#include <inspect/schema/Schema.h>
+#include <tests/support/RandomFields.h>
+#include <tests/support/WireBytes.h>
+#include <tools/cmdproc/input/Input.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <pcap/pcap.h>
+#include <sys/stat.h>
+#include <tins/ip.h>
+#include <tins/ipv6.h>
+#include <tins/rawpdu.h>
+#include <tins/tcp.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <memory>
+#include <random>
+#include <string>
+#include <thread>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+namespace poker::cmdproc {
+namespace {
+
+using test::Bytes;
+using test::hex;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Pair;
+
+/// A folder that is gone after the test.
+class Folder {
+ public:
+  Folder() : path_(std::filesystem::temp_directory_path() / ("tcp-" + std::to_string(std::random_device{}()))) {
+    std::filesystem::create_directory(path_);
+  }
+  ~Folder() { std::filesystem::remove_all(path_); }
+  std::string operator/(const std::string& name) const { return (path_ / name).string(); }
+
+ private:
+  std::filesystem::path path_;
+};
+
+struct Side {
+  std::string address;
+  std::uint16_t port;
+
+  std::string text() const {
+    const bool isV6 = address.find(':') != std::string::npos;
+    return (isV6 ? '[' + address + ']' : address) + ':' + std::to_string(port);
+  }
+};
+
+struct Piece {
+  Side from, to;
+  std::uint32_t sequence;
+  int flags;
+  Bytes payload;
+};
+
+Bytes ipPacket(const Piece& piece) {
+  Tins::TCP tcp(piece.to.port, piece.from.port);
+  tcp.seq(piece.sequence);
+  tcp.flags(static_cast<std::uint16_t>(piece.flags));
+  const Tins::RawPDU raw(piece.payload);
+  if (piece.from.address.find(':') == std::string::npos) {
+    Tins::IP ip(piece.to.address, piece.from.address);
+    ip /= tcp;
+    if (!piece.payload.empty()) ip /= raw;
+    return ip.serialize();
+  }
+  Tins::IPv6 ip(piece.to.address, piece.from.address);
+  ip /= tcp;
+  if (!piece.payload.empty()) ip /= raw;
+  return ip.serialize();
+}
+
+Bytes linkPacket(int link, const Piece& piece) {
+  Bytes head;
+  const bool isV6 = piece.from.address.find(':') != std::string::npos;
+  const Bytes type = isV6 ? hex("86 DD") : hex("08 00");
+  switch (link) {
+    case DLT_EN10MB:  // with a VLAN's tag
+      head = hex("02 00 00 00 00 01 02 00 00 00 00 02 81 00 00 05");
+      head.insert(head.end(), type.begin(), type.end());
+      break;
+    case DLT_LINUX_SLL:
+      head = hex("00 00 00 01 00 06 02 00 00 00 00 01 00 00");
+      head.insert(head.end(), type.begin(), type.end());
+      break;
+    case DLT_LINUX_SLL2:
+      head = type;
+      head.resize(20);
+      break;
+    case DLT_NULL:
+      head = isV6 ? hex("0A 00 00 00") : hex("02 00 00 00");
+      break;
+    default:
+      break;
+  }
+  const Bytes ip = ipPacket(piece);
+  head.insert(head.end(), ip.begin(), ip.end());
+  if (link == DLT_EN10MB && head.size() < 70) head.resize(70);  // short packets are filled up
+  return head;
+}
+
+constexpr std::int64_t kStart = 1'790'000'000'000'000'000;
+
+/// Writes a capture as libpcap does; a packet each microsecond.
+void writeCapture(const std::string& path, int link, const std::vector<Piece>& pieces) {
+  pcap_t* dead = pcap_open_dead(link, 262144);
+  pcap_dumper_t* out = pcap_dump_open(dead, path.c_str());
+  for (std::size_t i = 0; i < pieces.size(); ++i) {
+    const Bytes bytes = linkPacket(link, pieces[i]);
+    pcap_pkthdr head{};
+    head.ts.tv_sec = kStart / 1'000'000'000 + static_cast<long>(i / 1'000'000);
+    head.ts.tv_usec = static_cast<long>(i % 1'000'000);
+    head.caplen = head.len = static_cast<bpf_u_int32>(bytes.size());
+    pcap_dump(reinterpret_cast<u_char*>(out), &head, bytes.data());
+  }
+  pcap_dump_close(out);
+  pcap_close(dead);
+}
+
+Bytes randomFrame(std::mt19937_64& random, CommandDirection direction) {
+  const auto all = CommandSchema::all();
+  for (;;) {
+    const CommandSchema& schema = all[random() % all.size()];
+    if (schema.description->direction != direction) continue;
+    const CommandFields& row = *CommandFields::of(schema.name());
+    PokerCommandI& command = row.create();
+    try {
+      test::RandomFields values(random());
+      row.assign(command, values);
+    } catch (const FieldValueError&) {
+      // Some fields are held narrower than they travel: what is set so far will do.
+    }
+    SerializeCommandBuf buffer(64);
+    command.serialize(buffer);
+    command.release();
+    std::uint32_t size = 0;
+    const std::uint8_t* bytes = buffer.finish(size);
+    return {bytes, bytes + size};
+  }
+}
+
+Bytes joined(const std::vector<Bytes>& frames) {
+  Bytes stream;
+  for (const Bytes& frame : frames) stream.insert(stream.end(), frame.begin(), frame.end());
+  return stream;
+}
+
+using Direction = std::pair<std::string, CommandDirection>;  // of a connection
+struct Read {
+  std::map<Direction, std::vector<Bytes>> frames;
+  std::vector<std::string> problems;
+  std::string notes;
+};
+
+Read readAll(const std::string& path) {
+  Read read;
+  testing::internal::CaptureStderr();
+  const auto source = openInput({.path = path});
+  std::map<Direction, std::uint64_t> offsets;
+  std::int64_t last = 0;
+  std::uint64_t number = 0;
+  CapturedFrame frame;
+  while (source->next(frame)) {
+    EXPECT_EQ(frame.number, ++number);
+    EXPECT_GE(frame.time.value_or(last), last);
+    last = frame.time.value_or(last);
+    if (!frame.problem.empty()) {
+      read.problems.emplace_back(frame.problem);
+      continue;
+    }
+    const Direction direction(frame.connection, frame.direction.value());
+    read.frames[direction].emplace_back(frame.bytes.begin(), frame.bytes.end());
+    std::uint64_t& offset = offsets[direction];
+    if (frame.offset != 0) {
+      EXPECT_GE(frame.offset, offset);
+    }  // ports may be used again
+    offset = frame.offset + frame.bytes.size();
+  }
+  EXPECT_FALSE(source->next(frame));
+  EXPECT_EQ(source->position(), source->size());
+  read.notes = testing::internal::GetCapturedStderr();
+  return read;
+}
+
+using Tins::TCP;
+constexpr auto kUp = CommandDirection::ClientToServer;
+constexpr auto kDown = CommandDirection::ServerToClient;
+const Side kServer{"10.0.0.1", 4000};
+
+void open(std::vector<Piece>& pieces, const Side& client, const Side& server, std::uint32_t up, std::uint32_t down) {
+  pieces.push_back({client, server, up - 1, TCP::SYN, {}});
+  pieces.push_back({server, client, down - 1, TCP::SYN | TCP::ACK, {}});
+  pieces.push_back({client, server, up, TCP::ACK, {}});
+}
+
+TEST(TcpInput, CutsFramesWhereverSegmentsEnd) {
+  std::mt19937_64 random(1);
+  std::vector<Bytes> frames;
+  while (frames.size() < 12) frames.push_back(randomFrame(random, kUp));
+  const Bytes stream = joined(frames);
+  std::vector<Piece> pieces;
+  for (std::size_t cut = 0; cut <= stream.size(); ++cut) {
+    const Side client{"10.0.0.2", static_cast<std::uint16_t>(10000 + cut)};
+    open(pieces, client, kServer, 1, 1);
+    if (cut == 0) {  // each byte alone
+      for (std::size_t i = 0; i < stream.size(); ++i) {
+        pieces.push_back({client, kServer, static_cast<std::uint32_t>(1 + i), TCP::ACK, {stream[i]}});
+      }
+      continue;
+    }
+    const auto middle = stream.begin() + static_cast<std::ptrdiff_t>(cut);
+    pieces.push_back({client, kServer, 1, TCP::ACK, {stream.begin(), middle}});
+    pieces.push_back(
+        {client, kServer, static_cast<std::uint32_t>(1 + cut), TCP::ACK | TCP::PSH, {middle, stream.end()}});
+  }
+  const Folder folder;
+  writeCapture(folder / "capture", DLT_EN10MB, pieces);
+  const Read read = readAll(folder / "capture");
+  EXPECT_EQ(read.frames.size(), stream.size() + 1);
+  for (const auto& [direction, found] : read.frames) ASSERT_EQ(found, frames) << direction.first;
+  EXPECT_THAT(read.problems, IsEmpty());
+  EXPECT_EQ(read.notes, "");
+}
+
+/// Segments of any length, among them some again, cut otherwise.
+void addStream(std::vector<Piece>& pieces, std::mt19937_64& random, const Side& from, const Side& to,
+               std::uint32_t sequence, const Bytes& stream) {
+  for (std::size_t at = 0; at < stream.size();) {
+    const std::size_t begin = at - std::min<std::size_t>(at, random() % 5 == 0 ? random() % 100 : 0);
+    const std::size_t end = std::min(stream.size(), at + 1 + random() % 300);
+    pieces.push_back(
+        {from,
+         to,
+         sequence + static_cast<std::uint32_t>(begin),
+         TCP::ACK,
+         {stream.begin() + static_cast<std::ptrdiff_t>(begin), stream.begin() + static_cast<std::ptrdiff_t>(end)}});
+    if (random() % 8 == 0) pieces.push_back(pieces.back());
+    at = end;
+  }
+  pieces.push_back({from, to, sequence + static_cast<std::uint32_t>(stream.size()), TCP::FIN | TCP::ACK, {}});
+}
+
+TEST(TcpInput, PutsConnectionsTogetherOnEveryKindOfLink) {
+  const Folder folder;
+  std::mt19937_64 random(2);
+  for (const int link : {DLT_EN10MB, DLT_LINUX_SLL, DLT_LINUX_SLL2, DLT_NULL, DLT_RAW}) {
+    std::vector<Piece> opening, pieces;
+    std::map<Direction, std::vector<Bytes>> frames;
+    // The second one is never seen to open, and the server's port is the lower one there.
+    const std::pair<Side, Side> connections[] = {{{"10.0.0.2", 3000}, kServer},
+                                                 {{"2001:db8::5", 50000}, {"2001:db8::1", 4000}}};
+    for (const auto& [client, server] : connections) {
+      auto& up = frames[{client.text(), kUp}];
+      auto& down = frames[{client.text(), kDown}];
+      while (up.size() < 500) up.push_back(randomFrame(random, kUp));
+      while (down.size() < 500) down.push_back(randomFrame(random, kDown));
+      const bool isSeen = &client == &connections[0].first;
+      // They pass the end of the numbers.
+      const std::uint32_t upFrom = 0xFFFFF000, downFrom = 0xFFFFFF00;
+      if (isSeen) open(opening, client, server, upFrom, downFrom);
+      for (const auto& [from, to, sent, sequence] :
+           {std::tuple(client, server, &up, upFrom), std::tuple(server, client, &down, downFrom)}) {
+        const auto size = static_cast<std::uint32_t>(sent->front().size());
+        if (!isSeen) opening.push_back({from, to, sequence - size, TCP::ACK, sent->front()});
+      }
+      addStream(pieces, random, client, server, upFrom, joined({up.begin() + !isSeen, up.end()}));
+      addStream(pieces, random, server, client, downFrom, joined({down.begin() + !isSeen, down.end()}));
+    }
+    // Anything comes up to some places earlier or later, and all are mixed.
+    std::vector<std::pair<std::uint64_t, std::size_t>> order;
+    std::map<std::string, std::uint64_t> at;
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
+      order.emplace_back(10 * ++at[pieces[i].from.text() + pieces[i].to.text()] + random() % 120, i);
+    }
+    std::sort(order.begin(), order.end());
+    std::vector<Piece> mixed = opening;
+    for (const auto& [place, index] : order) mixed.push_back(pieces[index]);
+
+    writeCapture(folder / "capture", link, mixed);
+    const Read read = readAll(folder / "capture");
+    EXPECT_THAT(read.problems, IsEmpty()) << link;
+    EXPECT_EQ(read.notes, "") << link;
+    ASSERT_EQ(read.frames.size(), frames.size()) << link;
+    for (const auto& [direction, expected] : frames) ASSERT_EQ(read.frames.at(direction), expected) << direction.first;
+  }
+}
+
+TEST(TcpInput, SaysWhatItCannotFollow) {
+  const Folder folder;
+  const Bytes keepAlive = hex("0A 00 00 00 80 02 05 00 00 00");
+  const Side client{"10.0.0.2", 50000}, web{"10.0.0.3", 80};
+  const Direction up(client.text(), kUp);
+  std::vector<Piece> pieces;
+  const auto say = [&](std::uint32_t sequence, Bytes bytes, int flags = TCP::ACK) {
+    pieces.push_back({client, kServer, sequence, flags, std::move(bytes)});
+  };
+  const auto read = [&] {
+    writeCapture(folder / "capture", DLT_RAW, pieces);
+    pieces.clear();
+    return readAll(folder / "capture");
+  };
+  const auto text = [](std::string_view characters) { return Bytes(characters.begin(), characters.end()); };
+
+  // Other protocols, from their begin or not.
+  open(pieces, client, web, 1, 1);
+  pieces.push_back({client, web, 1, TCP::ACK, text("GET / HTTP/1.1\r\n\r\n")});
+  open(pieces, client, kServer, 1, 1);
+  say(1, keepAlive);
+  pieces.push_back({web, client, 1, TCP::ACK, text("HTTP/1.1 200 OK\r\n\r\n")});
+  Read result = read();
+  EXPECT_THAT(result.frames, ElementsAre(Pair(up, ElementsAre(keepAlive))));
+  EXPECT_EQ(result.notes, "cmdproc: 10.0.0.2:50000 - 10.0.0.3:80: no commands, passed over\n");
+  EXPECT_THAT(result.problems, IsEmpty());
+
+  // From the middle of a command on.
+  say(77, {keepAlive.begin() + 4, keepAlive.end()});
+  say(83, keepAlive);
+  result = read();
+  EXPECT_THAT(result.frames, ElementsAre(Pair(up, ElementsAre(keepAlive))));
+  EXPECT_EQ(result.notes,
+            "cmdproc: 10.0.0.1:4000 - 10.0.0.2:50000: 6 bytes from 10.0.0.2:50000 are passed over, in "
+            "which no command begins\n");
+
+  // A hole, with half a command behind it; then the ports are used again; then it ends within a command.
+  open(pieces, client, kServer, 1, 1);
+  say(1, keepAlive);
+  say(31, {keepAlive.begin() + 8, keepAlive.end()});
+  say(33, keepAlive);
+  open(pieces, client, kServer, 5001, 1);
+  say(5001, keepAlive);
+  say(5011, {keepAlive.begin(), keepAlive.begin() + 7}, TCP::ACK | TCP::RST);
+  say(5011, keepAlive);  // nobody listens any more
+  result = read();
+  EXPECT_THAT(result.frames.at(up), ElementsAre(keepAlive, keepAlive, keepAlive));
+  EXPECT_THAT(result.problems,
+              ElementsAre("20 bytes of the stream are missing", "the stream ends within a frame, after 7 bytes of it"));
+
+  // A length that cannot be; what waits too long for missing bytes.
+  open(pieces, client, kServer, 1, 1);
+  say(1, keepAlive);
+  say(11, hex("05 00 00 00 80 02"));
+  say(17, keepAlive);
+  const Side second{"10.0.0.2", 50001};
+  open(pieces, second, kServer, 1, 1);
+  for (std::uint32_t i = 1; i <= 9000; ++i) pieces.push_back({second, kServer, 1 + i * 10, TCP::ACK, keepAlive});
+  result = read();
+  EXPECT_THAT(result.frames.at(up), ElementsAre(keepAlive));
+  EXPECT_EQ(result.frames.at(Direction(second.text(), kUp)).size(), 9000u);
+  EXPECT_EQ(result.problems.size(), 2u);
+  EXPECT_THAT(result.problems, testing::Contains("10 bytes of the stream are missing"));
+
+  // A file that is cut.
+  open(pieces, client, kServer, 1, 1);
+  say(1, keepAlive);
+  say(11, keepAlive);
+  read();
+  std::filesystem::resize_file(folder / "capture", std::filesystem::file_size(folder / "capture") - 5);
+  result = readAll(folder / "capture");
+  EXPECT_THAT(result.frames, ElementsAre(Pair(up, ElementsAre(keepAlive))));
+  EXPECT_THAT(result.problems, ElementsAre(HasSubstr("truncated")));
+  writeCapture(folder / "capture", DLT_IEEE802_11, {});
+  EXPECT_THROW(openInput({.path = folder / "capture"}), std::runtime_error);
+}
+
+void write(const std::string& path, const Bytes& bytes) {
+  std::ofstream(path, std::ios::binary)
+      .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+}
+
+TEST(Input, IsRecognisedByItsFirstBytes) {
+  const Folder folder;
+  const Bytes keepAlive = hex("0A 00 00 00 80 02 05 00 00 00");
+  const auto count = [&](const std::string& path) {
+    const auto source = openInput({.path = path});
+    CapturedFrame frame;
+    std::size_t frames = 0;
+    while (source->next(frame)) {
+      EXPECT_EQ(Bytes(frame.bytes.begin(), frame.bytes.end()), keepAlive) << frame.problem;
+      ++frames;
+    }
+    return frames;
+  };
+  const auto isCapture = [](const std::string& path) {
+    try {
+      openCapture({.path = path});
+      return true;
+    } catch (const UsageError&) {
+      return false;
+    }
+  };
+
+  write(folder / "stream", keepAlive);
+  EXPECT_EQ(count(folder / "stream"), 1u);
+  EXPECT_FALSE(isCapture(folder / "stream"));
+  write(folder / "short", hex("0A 0D"));
+  EXPECT_FALSE(isCapture(folder / "short"));
+
+  PcapngWriter ours("test");
+  ours.write({.bytes = keepAlive, .table = "T"}, {});
+  write(folder / "ours", {ours.blocks().begin(), ours.blocks().end()});
+  EXPECT_EQ(count(folder / "ours"), 1u);
+  EXPECT_TRUE(isCapture(folder / "ours"));
+
+  std::vector<Piece> pieces;
+  const Side client{"10.0.0.2", 50000};
+  open(pieces, client, kServer, 1, 1);
+  for (std::uint32_t i = 0; i < 1000; ++i) pieces.push_back({client, kServer, 1 + i * 10, TCP::ACK, keepAlive});
+  writeCapture(folder / "pcap", DLT_RAW, pieces);
+  EXPECT_EQ(count(folder / "pcap"), 1000u);
+  EXPECT_TRUE(isCapture(folder / "pcap"));
+
+  // The same as pcapng, by hand.
+  Bytes pcapng =
+      hex("0A 0D 0D 0A 1C 00 00 00 4D 3C 2B 1A 01 00 00 00 FF FF FF FF FF FF FF FF 1C 00 00 00"
+          "01 00 00 00 14 00 00 00 65 00 00 00 00 00 04 00 14 00 00 00");
+  for (const Piece& piece : pieces) {
+    const Bytes packet = ipPacket(piece);
+    const auto number = [&](std::size_t value) {
+      for (std::size_t i = 0; i < 4; ++i) pcapng.push_back(static_cast<std::uint8_t>(value >> 8 * i));
+    };
+    const std::size_t padded = (packet.size() + 3) / 4 * 4;
+    for (const std::size_t value :
+         {std::size_t{6}, padded + 32, std::size_t{0}, std::size_t{0}, std::size_t{0}, packet.size(), packet.size()}) {
+      number(value);
+    }
+    pcapng.insert(pcapng.end(), packet.begin(), packet.end());
+    pcapng.resize(pcapng.size() + padded - packet.size());
+    number(padded + 32);
+  }
+  write(folder / "pcapng", pcapng);
+  EXPECT_EQ(count(folder / "pcapng"), 1000u);
+  EXPECT_TRUE(isCapture(folder / "pcapng"));
+
+  // What can be read only once.
+  for (const std::string name : {"stream", "ours", "pcap", "pcapng"}) {
+    const std::string pipe = folder / ("pipe-" + name);
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    std::thread writer([&] {
+      std::ifstream in(folder / name, std::ios::binary);
+      write(pipe, {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()});
+    });
+    EXPECT_GE(count(pipe), 1u) << name;
+    writer.join();
+  }
+}
+
+}  // namespace
+}  // namespace poker::cmdproc
