@@ -130,12 +130,16 @@ void RecordedHand::compare(const SeenHand& seen) {
   const auto add = [&](const SaidAt& at, std::string text) {
     findings_.push_back({seen.view.number(), false, seen.view.label(), at, *seen.connection, std::move(text), 0});
   };
+  // A fault that the others were told, too, explains nothing.
+  const auto isTheirs = [&](const HandFault& fault) {
+    const auto& theirs = best_->audit.faults();
+    return std::any_of(theirs.begin(), theirs.end(), [&](const HandFault& told) { return told.text == fault.text; });
+  };
   bool isExplained = first == nullptr;
   for (const HandFault& fault : seen.audit.faults()) {
-    if (fault.isLeak || first == nullptr || fault.at.command <= first->at.command) {
-      add(fault.at, fault.text);
-      isExplained = isExplained || fault.at.command == first->at.command;
-    }
+    if (!fault.isLeak && first != nullptr && fault.at.command > first->at.command) continue;
+    add(fault.at, fault.text);
+    isExplained = isExplained || (!fault.isLeak && !isTheirs(fault));
   }
   if (isExplained) return;
   std::string text = "is told \"" + first->text() + '"';

@@ -250,7 +250,15 @@ void TableFollower::lose() {
 }
 
 void TableFollower::leaveHand() {
-  if (const auto hand = std::exchange(hand_, nullptr)) events_.onEnd(*this, *hand);
+  const auto hand = std::exchange(hand_, nullptr);
+  if (hand == nullptr) return;
+  if (!hand->view.isOver()) {
+    // What its players have in the end is not known.
+    for (TableSeat& seat : seats_) {
+      if (hand->view.find(seat.seat) != nullptr) seat.stack.reset();
+    }
+  }
+  events_.onEnd(*this, *hand);
 }
 
 /// The follower looks at that table from now on.
