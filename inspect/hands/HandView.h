@@ -71,8 +71,8 @@ class HandView {
 
   std::uint64_t number() const { return story_.number; }
   const SeatID& viewer() const { return story_.viewer; }
-  /// Whether it is seen from its beginning.
-  bool isWhole() const { return whole_; }
+  /// Whether it is seen from its beginning, and which one it is.
+  bool isWhole() const { return whole_ && story_.number != 0; }
   bool isOver() const { return phase_ == Phase::Over; }
   Phase phase() const { return phase_; }
   /// Clockwise, from the left of the button as soon as that is told.
@@ -99,6 +99,8 @@ class HandView {
   const std::string& tableName() const { return story_.table; }
   const std::string& label() const { return label_; }
 
+  /// A viewer that nobody has told where it sits learns it from its cards.
+  void setViewer(const SeatID& viewer) { story_.viewer = viewer; }
   void setBegan(const COleDateTime& began) { story_.began = began; }
 
   void apply(const SrvMoveDealChip& command);

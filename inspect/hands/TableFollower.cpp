@@ -186,6 +186,7 @@ void TableFollower::take(const CapturedFrame& frame, const PokerCommandI& comman
       return on(as<SrvUserStateOnTable>(command));
     case kPair<SrvSitOk>:
       ownSeat_ = as<SrvSitOk>(command).getSeatID();
+      knowsSeat_ = true;
       return;
     case kPair<SrvUpdateHintText>:
       return on(as<SrvUpdateHintText>(command));
@@ -241,6 +242,7 @@ void TableFollower::lose() {
   key_.clear();
   seats_.clear();
   ownSeat_ = SeatID();
+  knowsSeat_ = false;
   last_.reset();
   number_.reset();
   lastNumber_ = 0;
@@ -311,6 +313,7 @@ void TableFollower::on(const SrvTableState& command) {
   seats_.clear();
   for (const ClientSeatState& seat : state.seats) seats_.push_back({seat.seatID, seat.displayName, seat.money});
   ownSeat_ = state.ownSeat;
+  knowsSeat_ = true;
 }
 
 void TableFollower::on(const SrvUserStateOnTable& command) {
@@ -414,10 +417,29 @@ void TableFollower::add(PublicWord word) {
   hand_->words.push_back(word);
 }
 
+/// Who was not told where it sits, because the capture begins later, sits where it sees cards.
+void TableFollower::learnSeat(const UserCardsInfoVector& hands) {
+  if (knowsSeat_) return;
+  SeatID seat;
+  for (const UserCardPack& pack : hands) {
+    const bool isSeen = std::any_of(pack.cards().begin(), pack.cards().end(), [](const Card& card) {
+      return card.visibility() == Card::Visibility::HiddenOwner;
+    });
+    if (!isSeen) continue;
+    if (seat.isValid()) return;
+    seat = pack.getSeatID();
+  }
+  if (!seat.isValid()) return;
+  ownSeat_ = seat;
+  knowsSeat_ = true;
+  hand_->view.setViewer(seat);
+}
+
 template <class T>
 void TableFollower::told(const T& command) {
   if (hand_ == nullptr) return outside(CommandInfo<T>::name);
   hand_->lastAt = at_;
+  if constexpr (std::is_same_v<T, SrvCardDeal>) learnSeat(command.getHands());
   if constexpr (std::is_same_v<T, SrvUserActionNotify>) {
     OwnTurn own = own_;
     own.hearsClient = own_.hearsClient && hand_->view.isWhole();

@@ -107,6 +107,7 @@ class TableFollower {
   void leaveHand();
   void endHand();
   void add(PublicWord word);
+  void learnSeat(const UserCardsInfoVector& hands);
   void outside(std::string_view what);
   void faultBetween(std::string text);
 
@@ -119,6 +120,7 @@ class TableFollower {
   std::uint32_t toldGame_ = 0;
   std::vector<TableSeat> seats_;
   SeatID ownSeat_;
+  bool knowsSeat_ = false;
   std::shared_ptr<SeenHand> hand_;
   std::shared_ptr<const SeenHand> last_;  // none when it is not the one before
   std::optional<std::uint64_t> number_;   // of the hand that is about to begin

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../holdem/Place.h"
+#include <tests/holdem/Place.h>
 
 #include <examples/holdem/server/capture/FrameObserver.h>
 #include <inspect/hands/HandRecorder.h>
