@@ -35,8 +35,8 @@ class RecordedHand {
  public:
   std::uint64_t number() const { return views_.front()->view.number(); }
   /// The table's name; by which the capture tells it from others.
-  const std::string& tableName() const { return views_.front()->view.tableName(); }
-  const std::string& tableLabel() const { return views_.front()->view.label(); }
+  const std::string& tableName() const { return view().tableName(); }
+  const std::string& tableLabel() const { return view().label(); }
   /// Whether somebody saw it from its beginning to its end.
   bool isWhole() const { return best_ != nullptr; }
 
@@ -52,6 +52,8 @@ class RecordedHand {
 
  private:
   friend class HandRecorder;
+
+  const HandView& view() const { return best_ != nullptr ? best_->view : views_.front()->view; }
 
   void judge();
   void compare(const SeenHand& view);

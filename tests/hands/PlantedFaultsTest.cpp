@@ -13,6 +13,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <random>
 #include <set>
 #include <string>
 #include <vector>
@@ -391,6 +392,30 @@ TEST(SoundHands, AreNotTakenForOthersWhenFramesAreLost) {
   for (const Frame& frame : frames) audited.take(frame.view());
   audited.finish();
   EXPECT_GT(audited.findings.size(), 100u);  // a server that forgets to tell
+}
+
+// A capture may hold anything: the audit lives through it, and tells.
+TEST(WildFrames, AreJudgedLikeOthers) {
+  const Frames& all = Game::get().frames;
+  std::mt19937_64 random(9);
+  for (unsigned round = 0; round < 30; ++round) {
+    Frames frames(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(std::min<std::size_t>(all.size(), 4000)));
+    for (unsigned i = 0; i < 300; ++i) {
+      Frame& frame = frames[random() % frames.size()];
+      if (i % 3 == 0) std::swap(frame.bytes, frames[random() % frames.size()].bytes);
+      if (frame.bytes.size() <= kLengthSlot + 2) continue;
+      // A small value, more often than not, leaves something that can be read.
+      const std::size_t place = kLengthSlot + 2 + random() % (frame.bytes.size() - kLengthSlot - 2);
+      frame.bytes[place] = static_cast<std::uint8_t>(random() % (i % 2 == 0 ? 256 : 8));
+    }
+    Audited audited;
+    audited.onHand = [](const RecordedHand& hand) {
+      if (hand.isWhole()) toText(hand.story());
+    };
+    for (const Frame& frame : frames) audited.tryToTake(frame.view());
+    audited.finish();
+    EXPECT_GT(audited.findings.size(), 10u);
+  }
 }
 
 // Cards that are seen too early
