@@ -261,7 +261,6 @@ void HandAudit::applied(const SrvCardDeal&) {
 void HandAudit::beginRound() {
   round_.reset();
   asked_ = SeatID();
-  roundWasOver_ = false;
   raisesLeft_ = 255;
   const bool isKnown =
       std::all_of(hand_.players().begin(), hand_.players().end(), [](const auto& player) { return player.stack; });

@@ -112,8 +112,7 @@ class HandAudit {
   bool smallPosted_ = false;
   bool bigPosted_ = false;
   std::uint8_t raisesLeft_ = 255;
-  bool roundWasOver_ = false;  // once
-  bool isConfused_ = false;    // after a fault, of which others may be mere consequences
+  bool isConfused_ = false;  // after a fault, of which others may be mere consequences
 };
 
 /// "2.50".

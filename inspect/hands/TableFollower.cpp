@@ -303,7 +303,6 @@ void TableFollower::on(const SrvTableState& command) {
     last_.reset();
     if (state.handNumber != 0) {
       hand_ = std::make_shared<SeenHand>(connection_, table_, state);
-      hand_->lastAt = at_;
       hand_->audit.join(at_, state);
       own_.asked.reset();
       events_.onBegin(*this, hand_);
@@ -384,7 +383,6 @@ void TableFollower::on(const SrvGameStart& command) {
   }
   const std::uint64_t number = std::exchange(number_, {}).value_or(0);
   hand_ = std::make_shared<SeenHand>(connection_, table_, seats_, ownSeat_, number, command.getSeats());
-  hand_->lastAt = at_;
   if (time_) hand_->view.setBegan(COleDateTime::fromTimeT(*time_ / 1'000'000'000));
   own_.asked.reset();
   own_.answers = 0;
@@ -438,7 +436,6 @@ void TableFollower::learnSeat(const UserCardsInfoVector& hands) {
 template <class T>
 void TableFollower::told(const T& command) {
   if (hand_ == nullptr) return outside(CommandInfo<T>::name);
-  hand_->lastAt = at_;
   if constexpr (std::is_same_v<T, SrvCardDeal>) learnSeat(command.getHands());
   if constexpr (std::is_same_v<T, SrvUserActionNotify>) {
     OwnTurn own = own_;
@@ -459,7 +456,6 @@ void TableFollower::told(const T& command) {
 
 void TableFollower::on(const SrvUserTurn& command) {
   if (hand_ == nullptr) return outside(CommandInfo<SrvUserTurn>::name);
-  hand_->lastAt = at_;
   hand_->audit.check(at_, command);
   if (command.getSeatID() != ownSeat_ || !command.isNotify()) return;
   own_.asked = command.getTurns();

@@ -42,7 +42,6 @@ struct SeenHand {
   std::vector<PublicWord> words;
   std::uint64_t meaning = 0;  ///< of all words so far
   SaidAt dealtAt;
-  SaidAt lastAt;
   bool isOpen = true;  ///< more of it may come
 };
 
