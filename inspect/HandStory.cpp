@@ -212,9 +212,11 @@ class Writer {
       board_.insert(board_.end(), round.board.begin(), round.board.end());
     }
     line();
-    const HandStory::Player* viewer = find(story_.viewer);
-    if (number == 0 && viewer != nullptr && areKnown(*viewer)) {
-      line("Dealt to ", escaped(viewer->name), ' ', textOf(viewer->cards));
+    for (const HandStory::Player& player : story_.players) {
+      const bool isTold = story_.tellsAllDealt || player.seat == story_.viewer;
+      if (number == 0 && isTold && areKnown(player)) {
+        line("Dealt to ", escaped(player.name), ' ', textOf(player.cards));
+      }
     }
     for (const HandStory::Action& action : round.actions) act(number, action, bets);
   }

@@ -58,6 +58,7 @@ struct HandStory {
   COleDateTime began{0, COleDateTime::null};  ///< null: not known
   SeatID button;                              ///< nobody may sit there
   SeatID viewer;                              ///< whose cards are told as dealt; none for one who looked on
+  bool tellsAllDealt = false;                 ///< for the server's own eyes: all cards that are known are told as dealt
 
   std::vector<Player> players;
   std::vector<Action> posts;      ///< blinds and whatever else was paid before the cards

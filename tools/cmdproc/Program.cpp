@@ -19,6 +19,8 @@ constexpr const char* kFooter =
 void addSubcommands(CLI::App& program, Action& action) {
   addList(program, action);
   addDescribe(program, action);
+  addHands(program, action);
+  addAudit(program, action);
   addDecode(program, action);
   addEncode(program, action);
   addStats(program, action);
