@@ -122,6 +122,14 @@ std::string bytesAsText(std::span<const std::uint8_t> bytes, std::size_t most) {
   return result;
 }
 
+std::string moneyText(const RealMoneyType& amount) {
+  const bool negative = amount.hundredths() < 0;
+  const auto bits = static_cast<std::uint64_t>(amount.hundredths());
+  const std::uint64_t hundredths = negative ? 0 - bits : bits;
+  const std::string cents = std::to_string(hundredths % 100);
+  return (negative ? "-" : "") + std::to_string(hundredths / 100) + (cents.size() < 2 ? ".0" : ".") + cents;
+}
+
 std::string cardText(const Card& card) {
   constexpr std::string_view kRanks = "?A23456789TJQKA";
   constexpr std::string_view kSuits = "?cdhs";

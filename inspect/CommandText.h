@@ -3,6 +3,7 @@
 #include <CommandProcessor/core/PokerCommandI.h>
 #include <CommandProcessor/types/Card.h>
 #include <CommandProcessor/types/FieldJson.h>
+#include <CommandProcessor/types/RealMoneyType.h>
 
 #include <cstdint>
 #include <span>
@@ -20,6 +21,9 @@ std::string bytesAsText(std::span<const std::uint8_t> bytes, std::size_t most = 
 
 /// The text with every character outside 0x20 to 0x7E, every backslash and every quote escaped, in quotes.
 std::string quoted(std::string_view text);
+
+/// With two decimals: "2.50", "-0.05".
+std::string moneyText(const RealMoneyType& amount);
 
 /// "As", "Td"; "??" for a card that is hidden, or none at all.
 std::string cardText(const Card& card);

@@ -28,13 +28,7 @@ std::string textOf(std::span<const Card> cards) {
   return text += ']';
 }
 
-std::string textOf(const RealMoneyType& amount) {
-  const bool negative = amount.hundredths() < 0;
-  const auto bits = static_cast<std::uint64_t>(amount.hundredths());
-  const std::uint64_t hundredths = negative ? 0 - bits : bits;
-  const std::string cents = std::to_string(hundredths % 100);
-  return joined(negative ? "-" : "", std::to_string(hundredths / 100), cents.size() < 2 ? ".0" : ".", cents);
-}
+std::string textOf(const RealMoneyType& amount) { return moneyText(amount); }
 
 /// Without the quotes, which would be in the way on every line.
 std::string escaped(const std::string& name) {

@@ -1,3 +1,4 @@
+#include <inspect/CommandText.h>
 #include <inspect/hands/HandAudit.h>
 #include <inspect/hands/HandRank.h>
 
@@ -45,18 +46,6 @@ bool isBetween(const SeatID& from, const SeatID& seat, const SeatID& to) {
 }
 
 }  // namespace
-
-std::string moneyText(const RealMoneyType& amount) {
-  const std::int64_t all = amount.hundredths();
-  const auto size = all < 0 ? std::uint64_t{0} - static_cast<std::uint64_t>(all) : static_cast<std::uint64_t>(all);
-  const std::string cents = std::to_string(size % 100);
-  return joined(all < 0 ? "-" : "", std::to_string(size / 100), cents.size() < 2 ? ".0" : ".", cents);
-}
-
-std::string cardText(const Card& card) {
-  if (!hasFace(card) || !isRealCard(card)) return "??";
-  return {"?A23456789TJQKA"[static_cast<std::size_t>(card.rank())], "?cdhs"[static_cast<std::size_t>(card.suit())]};
-}
 
 std::string seatText(const SeatID& seat) { return seat.isValid() ? "seat " + std::to_string(seat.value()) : "no seat"; }
 

@@ -115,10 +115,6 @@ class HandAudit {
   bool isConfused_ = false;  // after a fault, of which others may be mere consequences
 };
 
-/// "2.50".
-std::string moneyText(const RealMoneyType& amount);
-/// "As".
-std::string cardText(const Card& card);
 /// "seat 3".
 std::string seatText(const SeatID& seat);
 /// What the action does: "raises", "posts the small blind".

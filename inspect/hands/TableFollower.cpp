@@ -1,5 +1,6 @@
 #include <CommandProcessor/commands/AllCommands.h>
 #include <CommandProcessor/core/Catalogue.h>
+#include <inspect/CommandText.h>
 #include <inspect/hands/TableFollower.h>
 
 #include <algorithm>

@@ -104,7 +104,8 @@ TEST(FieldJson, TakesWhatOthersWriteInOtherWays) {
            {"\\u007F\\u0080\\u00FF", "\x7F\xC2\x80\xC3\xBF"},
            {"\"12.50\"", "\"12.5\""},
            {"\"12.50\"", "\"92233720368547758.07\""},
-           {"{\"big\":", " { \"number\" : -7, \"big\" : "}}) {  // any order; the later of two equal keys counts
+           {"{\"big\":\"18446744073709551615\",\"small\":\"-9223372036854775808\"",  // any order
+            " { \"small\" : \"-9223372036854775808\", \"big\":\"18446744073709551615\""}}) {
     EXPECT_EQ(errorWith(part, by), "") << by;
   }
 }
@@ -149,7 +150,7 @@ TEST(FieldJson, RefusesWhatIsWrongAndTellsWhere) {
       {"{\"key\":-1,\"value\":\"x\"}", "7", "news[0]: takes an object"},
       {"\"12.50\"", "12.5", "moneyChooser.first: takes money as a string: \"12.50\""},
       {"\"secret\"", "\"***\"", "password: the secret is masked by \"***\"; decode with secrets shown"},
-      {"\"password\"", "\"text\"", "password: is missing"},
+      {"\"password\"", "\"text\"", "JSON: text: stands twice"},
   };
   for (const auto& c : cases) EXPECT_EQ(errorWith(c.part, c.by), c.error);
   // A count that stands apart: only the list itself can say that there is too much.

@@ -19,12 +19,12 @@ constexpr const char* kFooter =
 void addSubcommands(CLI::App& program, Action& action) {
   addList(program, action);
   addDescribe(program, action);
-  addHands(program, action);
-  addAudit(program, action);
   addDecode(program, action);
   addEncode(program, action);
   addStats(program, action);
   addTexts(program, action);
+  addHands(program, action);
+  addAudit(program, action);
   addDissector(program, action);
   addDocs(program, action);
   addManual(program, action);

@@ -2,7 +2,7 @@
 #include <hostkit/CommandFactory.h>
 #include <inspect/schema/SchemaJson.h>
 #include <tools/cmdproc/docs/PageSchema.h>
-#include <tools/cmdproc/docs/TextTables.h>
+#include <tools/cmdproc/texts/TextTables.h>
 
 #include <algorithm>
 

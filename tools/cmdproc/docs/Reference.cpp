@@ -3,9 +3,9 @@
 #include <inspect/schema/SchemaJson.h>
 #include <tools/cmdproc/docs/PageSchema.h>
 #include <tools/cmdproc/docs/Reference.h>
-#include <tools/cmdproc/docs/TextTables.h>
 #include <tools/cmdproc/embedded/EmbeddedFiles.h>
 #include <tools/cmdproc/embedded/Template.h>
+#include <tools/cmdproc/texts/TextTables.h>
 
 #include <fmt/format.h>
 

@@ -1,3 +1,4 @@
+#include <CommandProcessor/types/FieldJson.h>
 #include <CommandProcessor/types/RealMoneyType.h>
 #include <hostkit/CommandFactory.h>
 #include <inspect/CommandFields.h>
@@ -5,8 +6,10 @@
 #include <inspect/schema/Schema.h>
 #include <tools/cmdproc/Program.h>
 #include <tools/cmdproc/output/Output.h>
+#include <tools/cmdproc/texts/TextTables.h>
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <charconv>
@@ -97,37 +100,40 @@ std::optional<std::string> textOf(const PlayerTextClass& row, std::int64_t code,
     return std::nullopt;
   }
   fields.checkAllUsed();
-  return playerText(*command, JsonSecrets::kShow);
+  std::string json;
+  appendJsonString(json, playerText(*command, JsonSecrets::kShow).value());
+  return nlohmann::json::parse(json).get<std::string>();  // UTF-8
 }
 
-/// The codes that have a text of their own.
-std::vector<std::int64_t> ownCodes(const PlayerTextClass& row, const std::vector<std::string>& set) {
-  constexpr std::int64_t kLargest = 255, kNobodys = 250;
-  const auto other = textOf(row, kNobodys, set);
-  std::vector<std::int64_t> codes;
-  for (std::int64_t code = 0; code <= kLargest; ++code) {
-    if (textOf(row, code, set) != other) codes.push_back(code);
+std::string lineOf(const Options& options, const std::string& code, const std::string& with, const std::string& text) {
+  const std::string when = with.empty() ? "" : " (" + with + ")";
+  if (!options.json) return fmt::format("{}{}: {}", code, when, text.empty() ? "(nothing)" : text);
+  nlohmann::ordered_json json{{"command", options.className}, {"code", code}};
+  if (!with.empty()) json["with"] = with;
+  json["text"] = text;
+  return json.dump(-1, ' ', true);
+}
+
+/// All codes that have a text of their own, and what the others read.
+void writeTable(const Options& options, Output& output) {
+  const auto& tables = textTables();
+  const auto table = std::find_if(tables.begin(), tables.end(),
+                                  [&](const TextTable& each) { return each.command == options.className; });
+  for (const TextRow& row : table->rows) {
+    for (const TextVariant& variant : row.variants) {
+      output.line(lineOf(options, row.code, variant.with, variant.text));
+    }
   }
-  return codes;
-}
-
-std::string lineOf(const Options& options, std::string_view code, const std::string& text) {
-  if (!options.json) return fmt::format("{}: {}", code, text.empty() ? "(nothing)" : text);
-  std::string json = "{\"command\":\"" + options.className + "\",\"code\":";
-  json += code == "other" ? "null" : code;
-  appendJsonString(json.append(",\"text\":"), text);
-  return json += '}';
 }
 
 ExitStatus texts(const Options& options) {
   Output output;
+  const auto rows = playerTextClasses();
   if (options.className.empty()) {
-    for (const PlayerTextClass& row : playerTextClasses())
-      output.line(fmt::format("{} {}", row.command, row.codeField));
+    for (const PlayerTextClass& row : rows) output.line(fmt::format("{} {}", row.command, row.codeField));
     output.flush();
     return ExitStatus::Clean;
   }
-  const auto rows = playerTextClasses();
   const auto row = std::find_if(rows.begin(), rows.end(),
                                 [&](const PlayerTextClass& each) { return each.command == options.className; });
   if (row == rows.end()) {
@@ -136,13 +142,13 @@ ExitStatus texts(const Options& options) {
                          ? options.className + " has no text for the player (cmdproc texts shows the classes that have)"
                          : "no command class is called " + options.className + " (cmdproc list shows them all)");
   }
-  const bool all = options.codes.empty();
-  for (const std::int64_t code : all ? ownCodes(*row, options.set) : options.codes) {
+  if (options.codes.empty() && !options.set.empty()) throw UsageError("--set tells of a CODE, and there is none");
+  if (options.codes.empty()) writeTable(options, output);
+  for (const std::int64_t code : options.codes) {
     const auto text = textOf(*row, code, options.set);
     if (!text) throw UsageError(fmt::format("{} cannot hold the code {}", row->codeField, code));
-    output.line(lineOf(options, std::to_string(code), *text));
+    output.line(lineOf(options, std::to_string(code), fmt::format("{}", fmt::join(options.set, ", ")), *text));
   }
-  if (all) output.line(lineOf(options, "other", *textOf(*row, 250, options.set)));
   output.flush();
   return ExitStatus::Clean;
 }

@@ -2,7 +2,7 @@
 #include <inspect/CommandFields.h>
 #include <inspect/PlayerText.h>
 #include <inspect/schema/Schema.h>
-#include <tools/cmdproc/docs/TextTables.h>
+#include <tools/cmdproc/texts/TextTables.h>
 
 #include <nlohmann/json.hpp>
 
