@@ -14,15 +14,30 @@
 
 namespace poker::cmdproc {
 
-void addInput(CLI::App& subcommand, InputOptions& options) {
-  subcommand.add_option("FILE", options.path, "stream, text of bytes, or capture to read; - for standard input")
-      ->type_name("")
-      ->capture_default_str();
-  subcommand.add_flag("--hex", options.hex, "the bytes are hexadecimal text; # begins a comment");
+namespace {
+
+void addPath(CLI::App& subcommand, InputOptions& options, const std::string& name, const std::string& help) {
+  subcommand.add_option(name, options.path, help)->type_name("")->capture_default_str();
+}
+
+void addLongestFrame(CLI::App& subcommand, InputOptions& options) {
   subcommand.add_option("--max-frame", options.longestFrame, "the longest frame to believe in, in bytes")
       ->type_name("BYTES")
       ->check(CLI::Range(std::uint32_t{6}, std::uint32_t{1} << 31).description(""))
       ->capture_default_str();
+}
+
+}  // namespace
+
+void addInput(CLI::App& subcommand, InputOptions& options) {
+  addPath(subcommand, options, "FILE", "stream, text of bytes, or capture to read; - for standard input");
+  subcommand.add_flag("--hex", options.hex, "the bytes are hexadecimal text; # begins a comment");
+  addLongestFrame(subcommand, options);
+}
+
+void addCapture(CLI::App& subcommand, InputOptions& options) {
+  addPath(subcommand, options, "CAPTURE", "capture of a server's recorder or of TCP; - for standard input");
+  addLongestFrame(subcommand, options);
 }
 
 namespace {

@@ -18,6 +18,8 @@ struct InputOptions {
 
 /// Adds FILE, --hex and --max-frame.
 void addInput(CLI::App& subcommand, InputOptions& options);
+/// Adds CAPTURE and --max-frame.
+void addCapture(CLI::App& subcommand, InputOptions& options);
 
 /// Opens a stream, hexadecimal text or a capture, which is recognised by its first bytes.
 /// @throws std::runtime_error  the input cannot be read

@@ -6,6 +6,8 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
+#include <sstream>
+
 #include <algorithm>
 #include <cctype>
 #include <chrono>
@@ -82,9 +84,33 @@ Json subcommandJson(const SubcommandText& subcommand) {
           {"options", std::move(options)}};
 }
 
+/// Breaks lines of running text at blanks: mdoc fills them anyway, and wants its source in lines of 80 bytes.
+std::string wrapped(const std::string& mdoc) {
+  constexpr std::size_t kWidth = 80;
+  std::string result;
+  bool literal = false;
+  std::istringstream lines(mdoc);
+  for (std::string line; std::getline(lines, line);) {
+    if (line.starts_with(".Bd -literal")) literal = true;
+    if (line.starts_with(".Ed")) literal = false;
+    while (!literal && !line.starts_with('.') && line.size() > kWidth) {
+      std::size_t end = line.rfind(' ', kWidth);
+      // What would begin a line with a point or an apostrophe would be a request.
+      while (end != std::string::npos && end != 0 && (line[end + 1] == '.' || line[end + 1] == '\'')) {
+        end = line.rfind(' ', end - 1);
+      }
+      if (end == std::string::npos || end == 0) break;
+      result.append(line, 0, end) += '\n';
+      line.erase(0, end + 1);
+    }
+    result += line + '\n';
+  }
+  return result;
+}
+
 /// An empty line is a fault in mdoc.
 std::string page(const std::string& file, const Json& values) {
-  return withoutEmptyLines(fillTemplate(file, values, escapeMdoc));
+  return wrapped(withoutEmptyLines(fillTemplate(file, values, escapeMdoc)));
 }
 
 }  // namespace

@@ -76,7 +76,7 @@ ExitStatus audit(const Options& options) {
 void addAudit(CLI::App& program, Action& action) {
   CLI::App& subcommand = *program.add_subcommand("audit", "what is wrong in the hands of a capture");
   const auto options = std::make_shared<Options>();
-  addInput(subcommand, options->input);
+  addCapture(subcommand, options->input);
   subcommand.add_flag("--json", options->json, "one JSON object a finding");
   subcommand.callback([&action, options] { action = [options] { return audit(*options); }; });
 }

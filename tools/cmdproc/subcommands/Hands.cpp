@@ -83,7 +83,7 @@ ExitStatus hands(const Options& options) {
 void addHands(CLI::App& program, Action& action) {
   CLI::App& subcommand = *program.add_subcommand("hands", "the hands of a capture, as poker text");
   const auto options = std::make_shared<Options>();
-  addInput(subcommand, options->input);
+  addCapture(subcommand, options->input);
   subcommand.add_option("--table", options->table, "the hands of that table alone")->type_name("NAME");
   subcommand.add_option("--hand", options->hand, "that hand alone")->type_name("N");
   subcommand
