@@ -1,5 +1,6 @@
 #include <inspect/CommandText.h>
 #include <inspect/HandStory.h>
+#include <inspect/Joined.h>
 
 #include <algorithm>
 #include <iterator>
@@ -10,13 +11,6 @@
 namespace poker {
 
 namespace {
-
-template <class... Parts>
-std::string joined(const Parts&... parts) {
-  std::string text;
-  ((text += parts), ...);
-  return text;
-}
 
 /// "[As Kd]"
 std::string textOf(std::span<const Card> cards) {

@@ -1,4 +1,5 @@
 #include <inspect/CommandText.h>
+#include <inspect/Joined.h>
 #include <inspect/hands/HandAudit.h>
 #include <inspect/hands/HandRank.h>
 
@@ -10,13 +11,6 @@
 namespace poker {
 
 namespace {
-
-template <class... Parts>
-std::string joined(const Parts&... parts) {
-  std::string text;
-  ((text += parts), ...);
-  return text;
-}
 
 bool hasFace(const Card& card) { return card.visibility() != Card::Visibility::Hidden; }
 bool sameFace(const Card& a, const Card& b) { return a.suit() == b.suit() && a.rank() == b.rank(); }
