@@ -179,6 +179,11 @@ void TableFollower::take(const CapturedFrame& frame, const PokerCommandI& comman
   at_ = {frame.number, frame.offset, frame.direction.value_or(CommandDirection::ServerToClient)};
   time_ = frame.time;
   if (frame.table != frameTable_) frameTable_ = frame.table;
+  if (key_.empty() && !frameTable_.empty() && frameTable_ != kLobby) {
+    // Its state is not captured, or lost: the recorder knows the table all the same.
+    key_ = table_.label = frameTable_;
+    events_.onTable(*this);
+  }
   if (family == ProcessorFamily::Client) own_.hearsClient = true;
   switch (pairOf(family, code)) {
     case kPair<SrvTableState>:
@@ -382,6 +387,8 @@ void TableFollower::on(const SrvGameStart& command) {
     leaveHand();
     last_.reset();
   }
+  // The capture begins here: which hand this is was told before.
+  if (!number_ && lastNumber_ == 0 && table_.seats == 0) return;
   const std::uint64_t number = std::exchange(number_, {}).value_or(0);
   hand_ = std::make_shared<SeenHand>(connection_, table_, seats_, ownSeat_, number, command.getSeats());
   if (time_) hand_->view.setBegan(COleDateTime::fromTimeT(*time_ / 1'000'000'000));

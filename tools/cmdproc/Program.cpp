@@ -1,6 +1,9 @@
+#include <inspect/CommandText.h>
 #include <tools/cmdproc/Program.h>
 #include <tools/cmdproc/output/Output.h>
 
+#include <cstdio>
+#include <iostream>
 #include <new>
 
 namespace poker::cmdproc {
@@ -33,16 +36,26 @@ void addSubcommands(CLI::App& program, Action& action) {
 
 int runProgram(int argc, char** argv) {
   CLI::App program(kDescription, "cmdproc");
-  program.footer(kFooter);
   program.require_subcommand(1);
   program.set_version_flag("--version", "cmdproc " CMDPROC_VERSION);
   Action action;
   addSubcommands(program, action);
+  program.footer(kFooter);  // not that of the subcommands
   try {
     program.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) return program.exit(error);  // --help
+    if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {  // --help, --version
+      program.exit(error);
+      std::cout.flush();
+      if (std::cout && std::fflush(stdout) == 0) return static_cast<int>(ExitStatus::Clean);
+      complain("standard output cannot be written");
+      return static_cast<int>(ExitStatus::Failed);
+    }
     const auto chosen = program.get_subcommands();
+    if (chosen.empty() && argc > 1 && argv[1][0] != '-') {
+      complain("no subcommand is called " + poker::quoted(argv[1]) + " (see cmdproc --help)");
+      return static_cast<int>(ExitStatus::Failed);
+    }
     complain(std::string(error.what()) + " (see cmdproc " + (chosen.empty() ? "" : chosen[0]->get_name() + ' ') +
              "--help)");
     return static_cast<int>(ExitStatus::Failed);

@@ -178,7 +178,13 @@
   function followLink() {
     const link = /^#hex=(.*)$/s.exec(location.hash);
     if (!link) return;
-    load(decodeURIComponent(link[1].replace(/%(?![0-9a-fA-F]{2})/g, "%25")));
+    let text = link[1];
+    try {
+      text = decodeURIComponent(text);
+    } catch {
+      // No escaped text: it is shown as it stands, and the decoder says what is wrong with it.
+    }
+    load(text);
     $("decoder").scrollIntoView();
   }
   window.addEventListener("hashchange", followLink);

@@ -49,6 +49,7 @@ class Lines {
         return true;
       }
       line.append(buffer_, taken_);
+      if (line.size() > kLongestLine) throw std::runtime_error("a line of more than 1 GB is no command");
       buffer_.resize(kBuffer);
       taken_ = 0;
       const std::size_t size = bytes_.read({reinterpret_cast<std::uint8_t*>(buffer_.data()), buffer_.size()});
@@ -59,6 +60,7 @@ class Lines {
 
  private:
   static constexpr std::size_t kBuffer = 256 * 1024;
+  static constexpr std::size_t kLongestLine = 1'000'000'000;
 
   ByteSource& bytes_;
   std::string buffer_;

@@ -42,7 +42,9 @@ ExitStatus hands(const Options& options) {
   Output output;
   std::uint64_t told = 0;
   std::uint64_t leftOut = 0;
+  std::uint64_t seen = 0;
   const auto tell = [&](const RecordedHand& hand) {
+    ++seen;
     if (options.hand && hand.number() != *options.hand) return;
     if (!options.table.empty() && hand.tableName() != options.table && hand.tableLabel() != options.table) return;
     const std::optional<HandStory> story = storyFor(hand, options.as);
@@ -71,6 +73,7 @@ ExitStatus hands(const Options& options) {
   }
   recorder.finish();
   output.flush();
+  if (told == 0 && leftOut == 0 && seen != 0) complain(fmt::format("none of {} hands is the one asked for", seen));
   if (leftOut != 0) {
     complain(fmt::format("{} {} left out: {}", leftOut, leftOut == 1 ? "hand was" : "hands were",
                          options.as == kServer ? "no connection saw all of it" : "no such player saw all of it"));

@@ -37,6 +37,7 @@ class CodeFields : public FieldVisitor {
     for (const std::string& each : set) {
       const std::size_t sign = each.find('=');
       if (sign == 0 || sign == std::string::npos) throw UsageError("--set takes FIELD=VALUE, not " + each);
+      if (each.substr(0, sign) == codeField) throw UsageError(each.substr(0, sign) + " is the code itself");
       values_.emplace_back(each.substr(0, sign), each.substr(sign + 1));
     }
     used_.resize(values_.size());
@@ -48,6 +49,9 @@ class CodeFields : public FieldVisitor {
     if (text == nullptr) return;
     const std::string_view digits = *text == "true" ? "1" : *text == "false" ? "0" : std::string_view(*text);
     if (field.type == FieldType::Money) {
+      if (digits.empty() || digits.find_first_not_of("-.0123456789") != std::string_view::npos) {
+        throw UsageError(std::string(field.name) + " takes an amount, not " + *text);
+      }
       value = RealMoneyType::fromText(digits).hundredths();
     } else if (const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
                error != std::errc() || end != digits.data() + digits.size()) {
@@ -114,23 +118,32 @@ std::string lineOf(const Options& options, const std::string& code, const std::s
   return json.dump(-1, ' ', true);
 }
 
-/// All codes that have a text of their own, and what the others read.
-void writeTable(const Options& options, Output& output) {
+/// Writes the texts of a code that has some of its own, or of all codes and what the others read.
+/// @param code  empty for all
+/// @return false when the code has no text of its own
+bool writeRows(const Options& options, const std::string& code, Output& output) {
   const auto& tables = textTables();
   const auto table = std::find_if(tables.begin(), tables.end(),
                                   [&](const TextTable& each) { return each.command == options.className; });
+  bool found = false;
   for (const TextRow& row : table->rows) {
+    if (!code.empty() && row.code != code) continue;
+    found = true;
     for (const TextVariant& variant : row.variants) {
       output.line(lineOf(options, row.code, variant.with, variant.text));
     }
   }
+  return found;
 }
 
 ExitStatus texts(const Options& options) {
   Output output;
   const auto rows = playerTextClasses();
   if (options.className.empty()) {
-    for (const PlayerTextClass& row : rows) output.line(fmt::format("{} {}", row.command, row.codeField));
+    for (const PlayerTextClass& each : rows) {
+      output.line(options.json ? nlohmann::json{{"command", each.command}, {"codeField", each.codeField}}.dump()
+                               : fmt::format("{} {}", each.command, each.codeField));
+    }
     output.flush();
     return ExitStatus::Clean;
   }
@@ -143,8 +156,9 @@ ExitStatus texts(const Options& options) {
                          : "no command class is called " + options.className + " (cmdproc list shows them all)");
   }
   if (options.codes.empty() && !options.set.empty()) throw UsageError("--set tells of a CODE, and there is none");
-  if (options.codes.empty()) writeTable(options, output);
+  if (options.codes.empty()) writeRows(options, {}, output);
   for (const std::int64_t code : options.codes) {
+    if (options.set.empty() && writeRows(options, std::to_string(code), output)) continue;
     const auto text = textOf(*row, code, options.set);
     if (!text) throw UsageError(fmt::format("{} cannot hold the code {}", row->codeField, code));
     output.line(lineOf(options, std::to_string(code), fmt::format("{}", fmt::join(options.set, ", ")), *text));
