@@ -45,6 +45,7 @@ Command<T, Base>::~Command() = default;
 
 template <class T, class Base>
 PokerCommandI* Command<T, Base>::clone() {
+  this->requireInUse("clone()");
   PooledObject<T> copy;
   *copy = static_cast<T&>(*this);
   return copy.keep();
@@ -52,11 +53,13 @@ PokerCommandI* Command<T, Base>::clone() {
 
 template <class T, class Base>
 void Command<T, Base>::serialize(SerializeCommandBuf& buf) const {
+  this->requireInUse("serialize()");
   serializeFields(static_cast<const T&>(*this), CommandInfo<T>::family, buf);
 }
 
 template <class T, class Base>
 void Command<T, Base>::deserialize(DeserializeCommandBuf& buf) {
+  this->requireInUse("deserialize()");
   deserializeFields(static_cast<T&>(*this), buf);
 }
 
@@ -67,11 +70,13 @@ void Command<T, Base>::release() {
 
 template <class T, class Base>
 void Command<T, Base>::process([[maybe_unused]] Results& results, [[maybe_unused]] Processor& processor) {
+  this->requireInUse("process()");
   detail::Handler<T>::call(results, processor, static_cast<T&>(*this));
 }
 
 template <class T, class Base>
 void Command<T, Base>::visitFields(FieldVisitor& visitor) const {
+  this->requireInUse("visitFields()");
   // The list is run over a mutable object so that one body serves both walks; a looking one writes nothing.
   FieldInspector inspector(visitor, false);
   FieldAccess::fields(const_cast<T&>(static_cast<const T&>(*this)), inspector);
@@ -79,18 +84,21 @@ void Command<T, Base>::visitFields(FieldVisitor& visitor) const {
 
 template <class T, class Base>
 void Command<T, Base>::assignFields(FieldVisitor& visitor) {
+  this->requireInUse("assignFields()");
   FieldInspector inspector(visitor, true);
   FieldAccess::fields(static_cast<T&>(*this), inspector);
 }
 
 template <class T, class Base>
 void Command<T, Base>::wipeSecrets() {
+  this->requireInUse("wipeSecrets()");
   SecretWiper wiper;
   FieldAccess::fields(static_cast<T&>(*this), wiper);
 }
 
 template <class T, class Base>
 bool Command<T, Base>::fitsOnWire() const {
+  this->requireInUse("fitsOnWire()");
   WireFit fit;
   FieldAccess::fields(static_cast<const T&>(*this), fit);
   return fit.fits();

@@ -9,18 +9,34 @@ constinit const ConnectionID kNoConnection;
 PokerCommand::~PokerCommand() = default;
 
 const ConnectionID& PokerCommand::getConnID() const {
+  requireInUse("getConnID()");
   return connections_.empty() ? kNoConnection : *connections_.begin();
 }
 
-void PokerCommand::setConnID(const ConnectionID& id) { connections_.insert(id); }
+void PokerCommand::setConnID(const ConnectionID& id) {
+  requireInUse("setConnID()");
+  connections_.insert(id);
+}
 
-void PokerCommand::clearConnections() { connections_.clear(); }
+void PokerCommand::clearConnections() {
+  requireInUse("clearConnections()");
+  connections_.clear();
+}
 
-ConnectionsSet& PokerCommand::getConnections() { return connections_; }
+ConnectionsSet& PokerCommand::getConnections() {
+  requireInUse("getConnections()");
+  return connections_;
+}
 
-void PokerCommand::addConnections(const ConnectionsSet& ids) { connections_.insert(ids); }
+void PokerCommand::addConnections(const ConnectionsSet& ids) {
+  requireInUse("addConnections()");
+  connections_.insert(ids);
+}
 
-void PokerCommand::removeConnection(const ConnectionID& id) { connections_.erase(id); }
+void PokerCommand::removeConnection(const ConnectionID& id) {
+  requireInUse("removeConnection()");
+  connections_.erase(id);
+}
 
 bool PokerCommand::isFinalCommand() const { return false; }
 

@@ -16,7 +16,10 @@ class COMMANDPROCESSOR_API PokerCommand : public PokerCommandI {
   bool isFinalCommand() const override;
 
   /// Empties the connection set, as every command's own init() does first.
-  void init() { connections_.clear(); }
+  void init() {
+    requireInUse("init()");
+    connections_.clear();
+  }
 
  protected:
   PokerCommand() = default;

@@ -4,6 +4,7 @@
 #include <CommandProcessor/core/ConnectionsSet.h>
 #include <CommandProcessor/platform/Export.h>
 
+#include <cstddef>
 #include <cstdint>
 
 namespace poker {
@@ -19,6 +20,10 @@ class COMMANDPROCESSOR_API PokerCommandI {
  public:
   /// What a living command carries in its marker.
   static constexpr std::uint32_t kValidMarker = 0x0FFCE0FF;
+#ifdef CP_CHECKING
+  /// What the marker of an object is that lies idle in its pool; in checking builds alone.
+  static constexpr std::uint32_t kIdleMarker = 0x1D1E1D1E;
+#endif
 
   virtual ~PokerCommandI() = 0;
 
@@ -58,6 +63,22 @@ class COMMANDPROCESSOR_API PokerCommandI {
   /// For code that holds command pointers: faults at once, by a division by zero, when this is no living command.
   /// @return the marker
   int checkValidAndThrow();
+
+#ifdef CP_CHECKING
+  /// Says on stderr what was done to which class and aborts when the object lies idle in its pool or is dead.
+  /// @param operation  as in "serialize()"
+  void requireInUse(const char* operation) const;
+  /// For pools: the object, of so many bytes, becomes idle. Aborts when it is idle already. Under the address sanitizer
+  /// nobody may touch its fields from here on.
+  void enterPool(std::size_t size);
+  /// For pools: the object is in use again.
+  void leavePool(std::size_t size);
+#else
+  // Checking builds (CP_CHECKING) find out here who uses or releases an object that was released before.
+  void requireInUse(const char*) const noexcept {}
+  void enterPool(std::size_t) noexcept {}
+  void leavePool(std::size_t) noexcept {}
+#endif
 
  protected:
   PokerCommandI() noexcept { mark(kValidMarker); }

@@ -17,6 +17,7 @@ PokerCommandTmpl<ProcessorType>& PokerCommandTmpl<ProcessorType>::operator=(cons
 
 template <class ProcessorType>
 bool PokerCommandTmpl<ProcessorType>::dispatch(CmdDispatcherI& dispatcher) {
+  requireInUse("dispatch()");
   return dispatcher.dispatchToProcesor(*this);
 }
 

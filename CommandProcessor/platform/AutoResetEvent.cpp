@@ -47,6 +47,8 @@ void AutoResetEvent::acknowledge() noexcept { tryWait(); }
 
 #else
 
+#include <CommandProcessor/platform/SchedulerHooks.h>
+
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
@@ -58,9 +60,11 @@ void AutoResetEvent::acknowledge() noexcept { tryWait(); }
 namespace poker {
 namespace {
 
-void waitReadable(int fd, int milliseconds) noexcept {
-  pollfd entry{fd, POLLIN, 0};
-  poll(&entry, 1, milliseconds);  // an interruption counts as an early return: the callers look again
+void waitReadable(const AutoResetEvent& event, int milliseconds) noexcept {
+  pollfd entry{event.native(), POLLIN, 0};
+  // An interruption counts as an early return: the callers look again.
+  const int ready = poll(&entry, 1, scheduling::active() ? 0 : milliseconds);
+  if (scheduling::active() && ready == 0) scheduling::sleep(&event);
 }
 
 }  // namespace
@@ -72,22 +76,27 @@ AutoResetEvent::AutoResetEvent() : native_(eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC
 AutoResetEvent::~AutoResetEvent() { close(native_); }
 
 void AutoResetEvent::set() noexcept {
+  scheduling::step();
   if (signalled_.exchange(true, std::memory_order_acq_rel)) return;
+  scheduling::step();
   const std::uint64_t one = 1;
   while (write(native_, &one, sizeof one) < 0 && errno == EINTR) {
   }
+  scheduling::wake(this, true);
 }
 
 // First the descriptor, then the flag. A set() in between finds the flag up and does nothing, and that is right: the
 // caller drains only afterwards, and reading the flag has made everything visible that preceded that set(). In the
 // other order such a set() would be swallowed: its write is read here, its flag stays up, and no later set() writes.
 bool AutoResetEvent::take() noexcept {
+  scheduling::step();
   std::uint64_t count = 0;
   ssize_t got = 0;
   do {
     got = read(native_, &count, sizeof count);
   } while (got < 0 && errno == EINTR);
   if (got != static_cast<ssize_t>(sizeof count)) return false;
+  scheduling::step();
   signalled_.exchange(false, std::memory_order_acq_rel);
   return true;
 }
@@ -97,7 +106,7 @@ bool AutoResetEvent::tryWait() noexcept { return signalled_.load(std::memory_ord
 void AutoResetEvent::wait() noexcept {
   if (tryWait()) return;
   do {
-    waitReadable(native_, -1);
+    waitReadable(*this, -1);
   } while (!take());
 }
 
@@ -109,7 +118,7 @@ bool AutoResetEvent::waitFor(std::chrono::milliseconds timeout) noexcept {
   for (milliseconds elapsed{0}; elapsed < timeout;
        elapsed = std::chrono::floor<milliseconds>(std::chrono::steady_clock::now() - start)) {
     constexpr milliseconds::rep kLongest = std::numeric_limits<int>::max();
-    waitReadable(native_, static_cast<int>(std::min((timeout - elapsed).count(), kLongest)));
+    waitReadable(*this, static_cast<int>(std::min((timeout - elapsed).count(), kLongest)));
     if (take()) return true;
   }
   return false;

@@ -71,7 +71,8 @@ void CriticalSection::lockHeld(pthread_t self) noexcept {
     ++reentries_;
     return;
   }
-  for (int spin = 0; spin < kSpins; ++spin) {
+  const int spins = scheduling::active() ? 1 : kSpins;
+  for (int spin = 0; spin < spins; ++spin) {
     std::uint32_t state = state_.load(std::memory_order_relaxed);
     if (state == kFree &&
         state_.compare_exchange_weak(state, kHeld, std::memory_order_acquire, std::memory_order_relaxed)) {
@@ -79,16 +80,26 @@ void CriticalSection::lockHeld(pthread_t self) noexcept {
       return;
     }
     if (state == kWaited) break;  // others sleep already: spinning past them helps nobody
+    scheduling::step();
     relax();
   }
   // Whoever slept takes the section as kWaited, because it cannot know whether others still sleep.
   while (state_.exchange(kWaited, std::memory_order_acquire) != kFree) {
-    state_.wait(kWaited, std::memory_order_relaxed);
+    scheduling::step();
+    if (!scheduling::active()) {
+      state_.wait(kWaited, std::memory_order_relaxed);
+    } else if (state_.load(std::memory_order_relaxed) == kWaited) {
+      scheduling::sleep(&state_);
+    }
   }
   owner_.store(self, std::memory_order_relaxed);
 }
 
-void CriticalSection::wakeOne(std::atomic<std::uint32_t>& state) noexcept { state.notify_one(); }
+void CriticalSection::wakeOne(std::atomic<std::uint32_t>& state) noexcept {
+  scheduling::step();
+  state.notify_one();
+  scheduling::wake(&state, false);
+}
 
 }  // namespace poker
 

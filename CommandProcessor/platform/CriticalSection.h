@@ -1,6 +1,7 @@
 #pragma once
 
 #include <CommandProcessor/platform/Export.h>
+#include <CommandProcessor/platform/SchedulerHooks.h>
 
 #include <atomic>
 #include <cstdint>
@@ -40,7 +41,8 @@ class COMMANDPROCESSOR_API CriticalSection {
   ~CriticalSection() = default;
 
   void lock() noexcept {
-    const pthread_t self = pthread_self();
+    scheduling::step();
+    const pthread_t self = scheduling::self();
     std::uint32_t expected = kFree;
     if (state_.compare_exchange_strong(expected, kHeld, std::memory_order_acquire, std::memory_order_relaxed)) {
       owner_.store(self, std::memory_order_relaxed);
@@ -51,7 +53,8 @@ class COMMANDPROCESSOR_API CriticalSection {
 
   /// True when the section was free or the caller holds it already; unlock() must follow then.
   bool try_lock() noexcept {
-    const pthread_t self = pthread_self();
+    scheduling::step();
+    const pthread_t self = scheduling::self();
     std::uint32_t expected = kFree;
     if (state_.compare_exchange_strong(expected, kHeld, std::memory_order_acquire, std::memory_order_relaxed)) {
       owner_.store(self, std::memory_order_relaxed);
@@ -67,6 +70,7 @@ class COMMANDPROCESSOR_API CriticalSection {
       --reentries_;
       return;
     }
+    scheduling::step();
     owner_.store(pthread_t{}, std::memory_order_relaxed);
     // From here on the section may already be somebody else's, or gone: only its address is used.
     if (state_.exchange(kFree, std::memory_order_release) == kWaited) wakeOne(state_);

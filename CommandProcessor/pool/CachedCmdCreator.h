@@ -26,19 +26,36 @@ class Cache_CmdList : public Queue<T*> {
   /// @throws std::bad_alloc  nothing has changed then
   T& tsGetOrCreate() {
     const std::lock_guard guard(this->lock());
-    if (T* idle = this->tsGetImpl()) return *idle;
+    if (T* idle = take()) return *idle;
     return create();
+  }
+  /// Puts an object back.
+  void tsPush(T* const& object) {
+    object->enterPool(sizeof(T));
+    Queue<T*>::tsPush(object);
+  }
+  /// An idle object; null when there is none.
+  T* tsGet() {
+    const std::lock_guard guard(this->lock());
+    return take();
   }
   /// Deletes the idle objects; the counters stay.
   void clearMe() {
     const std::lock_guard guard(this->lock());
-    living_ -= this->tsSize();
-    Queue<T*>::deleteContent();
+    while (T* idle = take()) {
+      --living_;
+      delete idle;
+    }
   }
   void tsClear() { clearMe(); }
   void deleteContent() { clearMe(); }
 
  private:
+  T* take() {
+    T* idle = this->tsGetImpl();
+    if (idle != nullptr) idle->leavePool(sizeof(T));
+    return idle;
+  }
   COMMANDPROCESSOR_COLD T& create() {
     if (!registered_) {
       registerPool(typeid(T), data_);
@@ -60,7 +77,8 @@ class Cache_CmdList : public Queue<T*> {
 
 /// The one way to command objects: take one from the pool of its class, fill it with init() or deserialize() (it still
 /// holds the values of its last use), and give it back with its release(). Any thread; the object itself belongs to one
-/// thread at a time. Releasing an object twice is not noticed and hands it out to two users.
+/// thread at a time. Releasing an object twice is not noticed and hands it out to two users: a checking build (CP_CHECKING) aborts
+/// there, and at the use of a released object.
 template <class T>
 class COMMANDPROCESSOR_API CachedCmdCreator {
  public:
