@@ -3,15 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <chrono>
 #include <memory>
-#include <thread>
 #include <vector>
 
 namespace poker {
 namespace {
-
-using std::chrono_literals::operator""ms;
 
 struct Item {
   explicit Item(int n = 0) : number(n) { ++alive; }
@@ -108,42 +104,6 @@ TEST(Queue, CopyHasItsOwnLockAndEvent) {
   Queue<Item*> empty(true);
   Queue<Item*> copyOfEmpty(empty);
   EXPECT_FALSE(copyOfEmpty.getInEvent()->tryWait());
-}
-
-TEST(Queue, AssigningBothWaysAtOnceDoesNotDeadlock) {
-  Queue<Item*> a(false), b(false);
-  auto assign = [](Queue<Item*>& to, const Queue<Item*>& from) {
-    for (int i = 0; i < 2000; ++i) to = from;
-  };
-  std::thread one(assign, std::ref(a), std::cref(b));
-  std::thread two(assign, std::ref(b), std::cref(a));
-  one.join();
-  two.join();
-}
-
-// Exactly what went in comes out, once each and in each producer's order, and no wake-up is lost.
-TEST(Queue, ConservesItemsBetweenThreads) {
-  constexpr int kProducers = 3, kEach = 20000;
-  Queue<Item*> queue(true);
-  std::vector<Item> items(kProducers * kEach);
-  for (int i = 0; i < kProducers * kEach; ++i) items[static_cast<std::size_t>(i)].number = i;
-  std::vector<std::thread> producers;
-  for (int p = 0; p < kProducers; ++p) {
-    producers.emplace_back([&, p] {
-      for (int i = 0; i < kEach; ++i) queue.tsPush(&items[static_cast<std::size_t>(p * kEach + i)]);
-    });
-  }
-  std::vector<int> next(kProducers, 0);
-  for (int got = 0; got < kProducers * kEach;) {
-    ASSERT_TRUE(queue.getInEvent()->waitFor(10000ms)) << "a wake-up was lost after " << got << " items";
-    while (Item* item = queue.tsGet()) {
-      const auto producer = static_cast<std::size_t>(item->number / kEach);
-      ASSERT_EQ(item->number % kEach, next[producer]++);
-      ++got;
-    }
-  }
-  for (auto& producer : producers) producer.join();
-  EXPECT_EQ(queue.tsGet(), nullptr);
 }
 
 }  // namespace
