@@ -145,7 +145,7 @@ TEST(PoolDeathTest, NoticesWhoUsesAReleasedObject) {
   }
   EXPECT_DEATH(command.checkValidAndThrow(), "");
 #ifdef CP_ADDRESSES_CHECKED
-  EXPECT_DEATH(static_cast<void>(command.sequenceNumber()), "use-after-poison");
+  EXPECT_DEATH(std::exit(static_cast<int>(command.sequenceNumber())), "use-after-poison");
 #endif
   while (&Pool::create() != &command) continue;
   EXPECT_EQ(command.sequenceNumber(), 5u) << "what is taken again is as any other";
