@@ -124,7 +124,7 @@ struct TurnRangesCodec : CodecBase {
   }
   template <class In>
   void read(In& in) const {
-    held.clear();
+    const Filling filling(held);
     const std::uint32_t count = readCount<std::uint8_t>(in);
     for (std::uint32_t i = 0; i < count; ++i) {
       auto& [action, range] = held.spare();
@@ -132,7 +132,7 @@ struct TurnRangesCodec : CodecBase {
       codecOf(range.first).read(in);
       range.second = range.first;
       if (haveMinMax) codecOf(range.second).read(in);
-      held.adoptSpare();
+      held.appendSpare();
     }
   }
   void reset() const { held.clear(); }

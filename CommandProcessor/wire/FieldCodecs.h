@@ -510,6 +510,23 @@ std::size_t possibleElements(const In& in, std::uint32_t count, std::size_t smal
   return std::min<std::size_t>(count, in.remaining() / std::max<std::size_t>(smallest, 1));
 }
 
+/// Empties a container for elements that arrive in any order, as they may from a peer, and has a flat one put them in
+/// their places once all are there: in time that does not grow with the square of their number. Also when reading ends
+/// early.
+template <class C>
+class Filling {
+ public:
+  explicit Filling(C& items) : items_(items) { items.clear(); }
+  Filling(const Filling&) = delete;
+  Filling& operator=(const Filling&) = delete;
+  ~Filling() {
+    if constexpr (requires { items_.order(); }) items_.order();
+  }
+
+ private:
+  C& items_;
+};
+
 template <class C>
 concept Sequence = requires(C& c) {
   c.emplace_back();
@@ -552,12 +569,12 @@ struct Elements {
         if (i == items.size()) items.emplace_back();
         codecOf(items[i]).read(in);
       }
-    } else if constexpr (requires { items.adoptSpare(); }) {
-      items.clear();
+    } else if constexpr (requires { items.appendSpare(); }) {
+      const Filling filling(items);
       items.reserve(possibleElements(in, count, CodecOf<Element>::minSize()));
       for (std::uint32_t i = 0; i < count; ++i) {
         codecOf(items.spare()).read(in);
-        items.adoptSpare();
+        items.appendSpare();
       }
     } else {
       items.clear();
@@ -712,7 +729,7 @@ struct RowsCodec : CodecBase {
   }
   template <class In>
   void read(In& in) const {
-    held.clear();
+    const Filling filling(held);
     const std::uint32_t count = readCount<Count>(in);
     for (std::uint32_t i = 0; i < count; ++i) {
       Row row{};
@@ -732,14 +749,17 @@ struct RowsCodec : CodecBase {
     for (auto& entry : held) rows.push_back(entry.second);
     Elements<std::vector<Row>>{rows}.inspect(field, largestCount<Count>(), visitor, assign);
     if (!assign) return;
-    held.clear();
+    const Filling filling(held);
     for (auto& row : rows) insert(std::move(row));
   }
 
  private:
   void insert(Row row) const {
     const auto rowKey = row.*key;
-    held.insert({rowKey, std::move(row)});
+    if constexpr (requires { held.order(); })
+      held.append({rowKey, std::move(row)});
+    else
+      held.insert({rowKey, std::move(row)});
   }
 };
 
@@ -767,17 +787,17 @@ struct MapCodec : CodecBase {
   }
   template <class In>
   void read(In& in) const {
-    held.clear();
+    const Filling filling(held);
     const std::uint32_t count = readCount<Count>(in);
     if constexpr (requires { held.reserve(count); }) {
       held.reserve(possibleElements(in, count, CodecOf<Key>::minSize() + CodecOf<Value>::minSize()));
     }
     for (std::uint32_t i = 0; i < count; ++i) {
-      if constexpr (requires { held.adoptSpare(); }) {
+      if constexpr (requires { held.appendSpare(); }) {
         auto& [key, value] = held.spare();
         codecOf(key).read(in);
         codecOf(value).read(in);
-        held.adoptSpare();
+        held.appendSpare();
       } else {
         Key key{};
         Value value{};

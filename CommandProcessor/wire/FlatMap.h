@@ -1,5 +1,7 @@
 #pragma once
 
+#include <CommandProcessor/wire/FlatOrder.h>
+
 #include <algorithm>
 #include <concepts>
 #include <cstddef>
@@ -82,23 +84,24 @@ class FlatMap {
     return true;
   }
   /// A place for an entry that is not yet part of the map, with whatever memory an earlier entry left there. Fill in
-  /// its key and value, then call adoptSpare().
+  /// its key and value, then call appendSpare().
   value_type& spare() {
     if (size_ == entries_.size()) entries_.emplace_back();
     return entries_[size_];
   }
-  /// Makes the spare entry part of the map; it replaces one with the same key.
-  void adoptSpare() {
-    value_type& entry = entries_[size_];
-    const auto place = lowerBound(entry.first) - entries_.cbegin();
-    const auto found = entries_.begin() + place;
-    if (static_cast<std::size_t>(place) < size_ && !(entry.first < found->first)) {
-      std::swap(found->second, entry.second);
-      return;
-    }
+  /// Makes the spare entry the last one, wherever it belongs: for many that arrive in any order. order() must follow
+  /// before anything but spare() is asked of the map.
+  void appendSpare() { ++size_; }
+  /// Puts appended entries in their places; of those with the same key the last one stays.
+  void order() {
+    const auto key = [](const value_type& entry) -> const Key& { return entry.first; };
+    const auto disorder = [](const value_type& a, const value_type& b) { return !(a.first < b.first); };
     const auto last = entries_.begin() + static_cast<std::ptrdiff_t>(size_);
-    std::rotate(found, last, last + 1);
-    ++size_;
+    if (std::adjacent_find(entries_.begin(), last, disorder) == last) return;
+    detail::sortByKey(entries_.begin(), last, key);
+    const auto newer = [](value_type& stays, value_type& goes) { std::swap(stays.second, goes.second); };
+    const auto stay = detail::dropTies(entries_.begin(), last, key, newer);
+    size_ = static_cast<std::size_t>(stay - entries_.begin());
   }
   /// Gives the memory back that earlier, larger contents needed.
   void shrink_to_fit() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <CommandProcessor/wire/FlatOrder.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <utility>
@@ -36,6 +38,16 @@ class FlatMultimap {
     const bool atEnd = entries_.empty() || !(entry.first < entries_.back().first);
     const auto place = atEnd ? entries_.cend() : behind(begin(), entry.first);
     return entries_.insert(place, std::move(entry));
+  }
+  /// Makes the entry the last one, wherever it belongs: for many that arrive in any order. order() must follow before
+  /// anything else is asked of the map.
+  void append(value_type entry) { entries_.push_back(std::move(entry)); }
+  /// Puts appended entries in their places.
+  void order() {
+    const auto less = [](const value_type& a, const value_type& b) { return a.first < b.first; };
+    if (std::is_sorted(begin(), end(), less)) return;
+    detail::sortByKey(entries_.begin(), entries_.end(),
+                      [](const value_type& entry) -> const Key& { return entry.first; });
   }
 
  private:

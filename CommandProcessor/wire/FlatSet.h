@@ -1,5 +1,7 @@
 #pragma once
 
+#include <CommandProcessor/wire/FlatOrder.h>
+
 #include <algorithm>
 #include <concepts>
 #include <cstddef>
@@ -59,7 +61,12 @@ class FlatSet {
   /// @return whether the element is new
   bool insert(const T& item) {
     spare() = item;
-    return adoptSpare();
+    const auto last = items_.begin() + static_cast<std::ptrdiff_t>(size_);
+    const auto place = lowerBound(item);
+    if (place != end() && !(item < *place)) return false;
+    std::rotate(items_.begin() + (place - items_.cbegin()), last, last + 1);
+    ++size_;
+    return true;
   }
   /// @param item  not a part of this set
   /// @return whether the element was there
@@ -72,20 +79,25 @@ class FlatSet {
     return true;
   }
   /// A place for an element that is not yet part of the set, with whatever memory an earlier one left there. Fill it
-  /// in, then call adoptSpare().
+  /// in, then call appendSpare().
   T& spare() {
     if (size_ == items_.size()) items_.emplace_back();
     return items_[size_];
   }
-  /// Makes the spare element part of the set.
-  /// @return whether it is new
-  bool adoptSpare() {
+  /// Makes the spare element the last one, wherever it belongs: for many that arrive in any order. order() must follow
+  /// before anything but spare() is asked of the set.
+  void appendSpare() {
+    const auto spare = items_.begin() + static_cast<std::ptrdiff_t>(size_);
+    if (size_ == 0 || spare[-1] < *spare || *spare < spare[-1]) ++size_;
+  }
+  /// Puts appended elements in their places and drops those that are there already.
+  void order() {
+    const auto key = [](const T& item) -> const T& { return item; };
     const auto last = items_.begin() + static_cast<std::ptrdiff_t>(size_);
-    const auto place = lowerBound(*last);
-    if (place != end() && !(*last < *place)) return false;
-    std::rotate(items_.begin() + (place - items_.cbegin()), last, last + 1);
-    ++size_;
-    return true;
+    if (std::is_sorted(items_.begin(), last)) return;  // without ties, which were never appended
+    detail::sortByKey(items_.begin(), last, key);
+    const auto stay = detail::dropTies(items_.begin(), last, key, [](T&, T&) {});
+    size_ = static_cast<std::size_t>(stay - items_.begin());
   }
 
   friend bool operator==(const FlatSet& a, const FlatSet& b) {

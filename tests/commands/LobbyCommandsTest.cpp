@@ -2,13 +2,11 @@
 #include <CommandProcessor/types/FieldJson.h>
 #include <CommandProcessor/wire/SrvCompressedCommands.h>
 #include <hostkit/CommandHandle.h>
-#include <tests/support/AllocationCounter.h>
 #include <tests/support/WireBytes.h>
 
 #include <gtest/gtest.h>
 #include <zlib.h>
 
-#include <algorithm>
 #include <string>
 #include <tuple>
 
@@ -124,27 +122,6 @@ TEST(ServerUpdateInfo, IsReadBackFromADatabaseAsItTravels) {
   table.fromDbText(info.tables[0].toDbText());
   EXPECT_EQ(encode(table), encode(info.tables[0]));
   EXPECT_THROW(table.fromDbText(info.toDbText()), DbTextError);
-}
-
-TEST(SrvServerInfo, RefusesCountsAndSizesBeyondItsBytes) {
-  const auto refuses = [](const Bytes& bytes) {
-    ServerUpdateInfo read;
-    const AllocationCounter memory;
-    EXPECT_TRUE(isReadMessage(decode(read, bytes))) << toHex(bytes);
-    EXPECT_LE(memory.peak(), decodeBudget(bytes.size()));
-  };
-  refuses(hex("FF FF 00 00 00 00"));        // tables
-  refuses(hex("00 00 FF FF 00 00 00 00"));  // removed tables
-  const Bytes whole = encode(someTables());
-  const Bytes size = hex("02 00 00 00 00 FF");  // of the skin, and the skin
-  const auto place = std::search(whole.begin(), whole.end(), size.begin(), size.end());
-  ASSERT_NE(place, whole.end());
-  for (const char* large : {"00 01 00 00", "FF FF FF 7F"}) {
-    Bytes damaged = whole;
-    const Bytes number = hex(large);
-    std::copy(number.begin(), number.end(), damaged.begin() + (place - whole.begin()));
-    refuses(damaged);
-  }
 }
 
 // ---- compressed batches
@@ -284,16 +261,6 @@ TEST(SrvCompressedCommands, LeavesNothingOfTheEarlierBatchWhenTheSizesAreCut) {
   EXPECT_EQ(decode(*command, hex("05 00 00")), kNumberFails);
   EXPECT_EQ(command->realSize(), 0u);
   EXPECT_EQ(command->compressedSize(), 0u);
-}
-
-TEST(SrvCompressedCommands, RefusesABodyLongerThanItsBytesBeforeAllocating) {
-  const auto command = CommandHandle<SrvCompressedCommands>::create();
-  for (const char* size : {"FF FF FF FF", "FE FF FF FF", "00 00 00 80", "02 00 00 00"}) {
-    const Bytes bytes = hex(std::string("01 00 00 00 ") + size + " 78");
-    const AllocationCounter memory;
-    EXPECT_EQ(decode(*command, bytes), kNumberFails) << size;
-    EXPECT_LE(memory.peak(), decodeBudget(bytes.size()));
-  }
 }
 
 }  // namespace

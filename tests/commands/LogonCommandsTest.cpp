@@ -3,16 +3,11 @@
 #include <CommandProcessor/core/GenericCommands.h>
 #include <hostkit/CommandHandle.h>
 #include <inspect/CommandText.h>
-#include <tests/support/AllocationCounter.h>
 #include <tests/support/WireBytes.h>
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <functional>
 #include <string>
-#include <typeinfo>
-#include <vector>
 
 namespace poker {
 
@@ -136,24 +131,6 @@ TEST(ClLogonTest, OwnsTheAffiliateBytes) {
   }
 }
 
-TEST(ClLogonTest, RejectsNegativeAndTooLargeSizesBeforeMakingRoom) {
-  const auto command = make<ClLogon>("", "", HardwareInfo(), "abc", 3, false, false);
-  for (const char* size : {"FF FF FF FF", "00 00 00 80", "FF FF FF 7F", "05 00 00 00"}) {
-    const AllocationCounter counter;
-    EXPECT_EQ(decode(*command, hex("00 00 00" + std::string(size) + "01 02 03 04")), kNumberFails) << size;
-    EXPECT_LT(counter.peak(), 1024u);
-  }
-}
-
-TEST(HardwareInfoTest, RejectsListCountAboveBytesLeft) {
-  HardwareInfo info;
-  for (const char* body : {"01 FF FF FF FF 61 00", "01 00 00 00 00 FF FF FF 7F 61 00", "01 00 00 00 80"}) {
-    const AllocationCounter counter;
-    EXPECT_TRUE(isReadMessage(decode(info, hex(body)))) << body;
-    EXPECT_LT(counter.peak(), 1024u);
-  }
-}
-
 TEST(HardwareInfoTest, IsOneByteOnlyWhenAllThreeAreEmpty) {
   EXPECT_EQ(encode(HardwareInfo()), Bytes{0});
   EXPECT_EQ(encode(HardwareInfo({""}, {}, "")).size(), 1 + 4 + 1 + 4 + 1u);
@@ -228,56 +205,6 @@ TEST(ClMiscUserBasedTest, UserNeverTravelsAndNeverStays) {
   expectForgotten(note, [&] { note.init("x"); });
   expectForgotten(note, [&] { EXPECT_EQ(decode(note, bodyOf(note)), ""); });
   EXPECT_EQ(encode(note), (Bytes{107, 6, 'x', 0}));
-}
-
-/// Fills a command with secrets of a length, and expects that no log shows them and that none of their bytes stays.
-template <class T>
-void expectKeptSecret(std::size_t length, const std::function<void(T&, const std::string&)>& fill,
-                      const std::vector<const std::string* (*)(const T&)>& secrets) {
-  SCOPED_TRACE(typeid(T).name() + std::string(" ") + std::to_string(length));
-  const CommandHandle<T> command = CommandHandle<T>::create();
-  fill(*command, std::string(length, 'Q'));
-  EXPECT_EQ(fieldsAsText(*command).find('Q'), std::string::npos) << fieldsAsText(*command);
-
-  std::vector<const volatile char*> places;  // the storage stays the object's own
-  for (const auto secret : secrets) {
-    ASSERT_EQ(*secret(*command), std::string(length, 'Q'));
-    places.push_back(secret(*command)->data());
-  }
-  command->wipeSecrets();
-  for (const volatile char* place : places)
-    EXPECT_TRUE(std::all_of(place, place + length, [](char c) { return c == 0; }));
-  // Three in a row: a single one may be a byte of a pointer.
-  const auto* const object = reinterpret_cast<const unsigned char*>(command.get());
-  EXPECT_EQ(std::search_n(object, object + sizeof(T), 3, 'Q'), object + sizeof(T)) << "bytes stay inside the object";
-}
-
-TEST(LogonSecrets, AreMaskedInLogsAndLeaveNoByteWhenWiped) {
-  const char* const plain = "plain";
-  for (const std::size_t length : {15u, 100u}) {
-    using Text = const std::string&;
-    expectKeptSecret<ClLogon>(length,
-                              [&](auto& c, Text s) { c.init(plain, s.c_str(), kMachine, plain, 5, true, true); },
-                              {[](const ClLogon& c) { return &c.password(); }});
-    expectKeptSecret<SrvLogonError>(length, [](auto& c, Text s) { c.init(PinChanged, s); },
-                                    {[](const SrvLogonError& c) { return &c.getNewPin(); }});
-    expectKeptSecret<ClSendUserPass>(length, [](auto& c, Text s) { c.init(s.c_str()); },
-                                     {[](const ClSendUserPass& c) { return &c.getPassword(); }});
-    expectKeptSecret<ClValidateEmail>(length, [&](auto& c, Text s) { c.init(plain, s.c_str()); },
-                                      {[](const ClValidateEmail& c) { return &c.emailCode(); }});
-    expectKeptSecret<ClMyNewScreenName>(
-        length, [&](auto& c, Text s) { c.init(plain, s.c_str(), kMachine, s.c_str(), nullptr, 0); },
-        {[](const ClMyNewScreenName& c) { return &c.password(); },
-         [](const ClMyNewScreenName& c) { return &c.pinCode(); }});
-    expectKeptSecret<ClMakeNewAccount>(length,
-                                       [](auto& c, Text s) {
-                                         NewAccountInfo form;
-                                         form.password = s;
-                                         RawDataHolder raw;
-                                         c.init(form, raw, Int2StringSer());
-                                       },
-                                       {[](const ClMakeNewAccount& c) { return &c.accountInfo().password; }});
-  }
 }
 
 }  // namespace

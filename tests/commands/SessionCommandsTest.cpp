@@ -160,29 +160,5 @@ TYPED_TEST(SecureChannel, TakesNullForAnEmptyRecord) {
   }
 }
 
-TYPED_TEST(SecureChannel, RejectsSizeAboveBytesLeftBeforeMakingRoom) {
-  const auto command = make<TypeParam>(&kRecord[0], 3u, SSLDataType{1});
-  for (const Bytes& body :
-       {Bytes{0xFF, 0xFF, 0xFF, 0xFF, 1, 2, 3, 4}, Bytes{0, 0, 0, 0x80, 1, 2, 3, 4}, Bytes{5, 0, 0, 0, 1, 2, 3, 4}}) {
-    std::uint32_t position = 0;
-    EXPECT_EQ(decode(*command, body, position), kNumberFails);
-    EXPECT_EQ(position, 4u);
-    EXPECT_EQ(command->size(), 0u);  // nothing of the last use, and no room was made
-  }
-  // The record is whole; the type behind it is missing.
-  EXPECT_EQ(test::decode(*command, {4, 0, 0, 0, 1, 2, 3, 4}), kNumberFails);
-}
-
-TYPED_TEST(SecureChannel, WipesBytesOfEarlierRecordsToo) {
-  const Bytes secret(100, 0xAB);
-  const auto command = make<TypeParam>(secret.data(), 100u, SSLDataType{1});
-  command->init(secret.data(), 3, SSLDataType{1});
-  const volatile unsigned char* kept = command->data();  // the storage stays the object's own
-  ASSERT_EQ(kept[99], 0xAB) << "the longer record's storage is not kept";
-  command->wipeSecrets();
-  EXPECT_EQ(command->size(), 0u);
-  for (int i = 0; i < 100; ++i) ASSERT_EQ(kept[i], 0) << i;
-}
-
 }  // namespace
 }  // namespace poker::test

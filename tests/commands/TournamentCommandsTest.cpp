@@ -2,7 +2,6 @@
 #include <CommandProcessor/types/DurationText.h>
 #include <CommandProcessor/types/FieldJson.h>
 #include <hostkit/CommandHandle.h>
-#include <tests/support/AllocationCounter.h>
 #include <tests/support/WireBytes.h>
 
 #include <gtest/gtest.h>
@@ -285,16 +284,6 @@ TEST(SrvUpdatePlayersMoney, StartsWithoutThePlayersOfItsEarlierUse) {
   EXPECT_EQ(toHex(bodyOf(*command)).substr(24), "01 00 00 00 00 00 00 00 00 00 00 00 00");
 }
 
-TEST(ClTourRegister, MasksAndWipesThePassword) {
-  const auto command = make<ClTourRegister>(7u, TourMoneyChooser(), "a password that no short string holds");
-  EXPECT_EQ(fieldsToJson(*command).find("short"), std::string::npos);
-  const volatile char* const memory = command->password().data();
-  command->wipeSecrets();
-  EXPECT_EQ(command->password(), "");
-  for (int i = 0; i < 37; ++i) ASSERT_EQ(memory[i], 0) << i;
-  EXPECT_EQ(command->tournamentId(), 7u);
-}
-
 // ---- records
 
 TournamentsInfo someTournaments() {
@@ -384,27 +373,6 @@ TEST(TournamentRecords, AreReadBackFromADatabaseAsTheyTravel) {
   MultiTourneyInfo numbers;
   numbers.addOns = 4294967295u;
   expectStored(numbers);
-}
-
-TEST(TournamentRecords, RefuseCountsBeyondTheirBytesInLittleMemory) {
-  const auto refuse = [](auto record, const std::string& counts) {
-    for (const char* fill : {"00", "01", "FF"}) {
-      Bytes bytes = hex(counts);
-      for (int i = 0; i < 20000; ++i) bytes.push_back(hex(fill)[0]);
-      const AllocationCounter memory;
-      EXPECT_TRUE(isReadMessage(decode(record, bytes))) << counts << fill;
-      EXPECT_LE(memory.peak(), decodeBudget(bytes.size())) << counts << fill;
-    }
-  };
-  refuse(MultiTourTablesInfo(), "FF FF FF FF 00 00 00 00");
-  refuse(MultiTourTablesInfo(), "00 00 00 00 FF FF FF FF");
-  refuse(MultiTourTablesInfo(), "FF FF FF 7F FF FF FF 7F");
-  refuse(MultiTourPlayersInfo(), "FF FF FF FF 00 00 00 00");
-  refuse(MultiTourPlayersInfo(), "00 00 00 00 FF FF FF FF");
-  refuse(PrizeSchemeInfoMap(), "01 FF FF FF 7F");
-  refuse(MultiTourTextInfo(), "FF FF");
-  refuse(TournamentsInfo(), "00 00 00 00 00 00 00 00 00 00 00 00 01 FF FF");
-  refuse(TournamentsInfo(), "00 00 00 00 00 00 00 00 00 00 00 00 01 00 00 FF FF");
 }
 
 }  // namespace

@@ -6,7 +6,6 @@
 #include <map>
 #include <string>
 
-#include <tests/support/AllocationCounter.h>
 #include <tests/support/Golden.h>
 #include "HostKitUse.h"
 
@@ -120,42 +119,6 @@ TEST(Decode, RejectsTrailingBytesFromAClientAndLetsAServerAppend) {
   EXPECT_FALSE(kClient.rejectTrailing);
 }
 
-// Every prefix, and every byte through all its values: a command, or one of the reader's messages with its place; the
-// object is back in its pool either way, and memory stays in proportion to the frame.
-TEST(Decode, SurvivesEveryDamageToACommand) {
-  const auto tryOne = [](const std::string& name, const Bytes& bytes, const DecodePolicy& policy) {
-    const AllocationCounter memory;
-    const DecodeResult result = decodeCommand(bytes, policy);
-    EXPECT_LE(memory.peak(), decodeBudget(bytes.size())) << name;
-    if (result) return;
-    const DecodeError& error = result.error;
-    EXPECT_EQ(error.offset + error.remaining, bytes.size()) << name << ' ' << toHex(bytes);
-    if (error.kind == Kind::Malformed) {
-      EXPECT_TRUE(isReadMessage(error.message)) << error.toString();
-      EXPECT_EQ(error.className, name);
-      EXPECT_GE(error.offset, 2u);
-    } else {
-      EXPECT_EQ(error.kind, Kind::TrailingBytes) << name << ' ' << error.toString();
-    }
-  };
-  for (const auto& [name, sample] : samples()) {
-    const Bytes& whole = sample.bytes;
-    EXPECT_TRUE(decodeCommand(whole, sample.policy)) << name;
-    for (std::size_t size = 2; size < whole.size(); ++size) {
-      const Bytes prefix(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
-      EXPECT_EQ(decodeCommand(prefix, sample.policy).error.kind, Kind::Malformed) << name << " cut at " << size;
-      tryOne(name, prefix, sample.policy);
-    }
-    for (std::size_t place = 2; place < whole.size(); ++place) {
-      Bytes damaged = whole;
-      for (int value = 0; value < 256; ++value) {
-        damaged[place] = static_cast<std::uint8_t>(value);
-        tryOne(name, damaged, sample.policy);
-      }
-    }
-  }
-}
-
 TEST(Decode, GivesTheObjectBackWhenReadingFails) {
   ASSERT_TRUE(decodeCommand(hex("80 02 01 00 00 00"), kServer));
   const std::uint32_t before = idle<ClKeepAlive>();
@@ -173,15 +136,6 @@ TEST(Decode, LeavesNoSecretInThePool) {
   ASSERT_TRUE(decodeCommand(hex("D0 02 05 00 00 00 01 02 03 04 05 02"), kServer));  // and released at once
   const CommandHandle<ClSSLHandshakeData> again = CommandHandle<ClSSLHandshakeData>::create();
   EXPECT_EQ(again->size(), 0u) << "was not wiped";
-}
-
-TEST(Decode, AllocatesNothingOnceThePoolIsWarm) {
-  for (const auto& [name, sample] : samples()) {
-    ASSERT_TRUE(decodeCommand(sample.bytes, sample.policy)) << name;
-    const AllocationCounter memory;
-    for (int i = 0; i < 100; ++i) EXPECT_TRUE(decodeCommand(sample.bytes, sample.policy));
-    EXPECT_EQ(memory.calls(), 0u) << name;
-  }
 }
 
 TEST(Encode, ReusesTheBufferWithoutARestOfTheLastCommand) {

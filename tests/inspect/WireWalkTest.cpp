@@ -1,4 +1,3 @@
-#include <CommandProcessor/wire/CommandDeserializeException.h>
 #include <CommandProcessor/wire/DeserializeCommandBuf.h>
 #include <CommandProcessor/wire/SerializeCommandBuf.h>
 #include <inspect/CommandFields.h>
@@ -8,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <bit>
-#include <memory>
 
 namespace poker::test {
 namespace {
@@ -70,25 +68,12 @@ std::vector<std::string> walkedValues(const CommandSchema& schema, std::span<con
   return values;
 }
 
-/// Where the class stops reading, and whether it fails there.
-std::pair<std::size_t, bool> stopOf(PokerCommandI& command, std::span<const std::uint8_t> bytes) {
-  DeserializeCommandBuf buffer(bytes.data() + 2, static_cast<std::uint32_t>(bytes.size()) - 2);
-  try {
-    command.deserialize(buffer);
-  } catch (CommandDeserializeException* thrown) {
-    const std::unique_ptr<CommandDeserializeException> owner(thrown);
-    return {2 + buffer.position(), true};
-  }
-  return {2 + buffer.position(), false};
-}
-
-// The schema alone leads to the same values as the class does, and to the same place where bytes are missing or wrong.
+// The schema alone leads to the same values as the class does.
 TEST(WireWalk, AgreesWithEveryClass) {
   std::mt19937_64 random(61);
   for (const CommandSchema& schema : CommandSchema::all()) {
     const CommandFields& row = *CommandFields::of(schema.name());
     PokerCommandI& command = row.create();
-    PokerCommandI& damaged = row.create();
     for (int round = 0; round < 20; ++round) {
       try {
         RandomFields values(random());
@@ -102,30 +87,12 @@ TEST(WireWalk, AgreesWithEveryClass) {
       const std::uint8_t* frame = buffer.finish(size);
       const std::vector<std::uint8_t> bytes(frame + 4, frame + size);
       ShownValues shown;
-      stopOf(command, bytes);  // what does not travel is as reading leaves it
+      DeserializeCommandBuf in(bytes.data() + 2, size - 6);
+      command.deserialize(in);  // what does not travel is as reading leaves it
       row.visit(command, shown);
       ASSERT_EQ(walkedValues(schema, bytes), shown.values) << schema.name();
-
-      for (int damage = 0; damage < 20; ++damage) {
-        std::vector<std::uint8_t> wrong = bytes;
-        if (damage % 2 == 0 && wrong.size() > 2) {
-          wrong[2 + random() % (wrong.size() - 2)] ^= static_cast<std::uint8_t>(1 + random() % 255);
-        } else {
-          wrong.resize(2 + random() % (wrong.size() - 1));
-        }
-        const auto [stop, failed] = stopOf(damaged, wrong);
-        const auto failure = walkCommand(schema, wrong, [](const WirePiece&) {});
-        if (failure) {
-          ASSERT_EQ(failure->offset, stop) << schema.name() << ": " << failure->path << ' ' << failure->problem;
-          ASSERT_EQ(failure->field != nullptr, failed) << schema.name() << ": " << failure->problem;
-        } else {
-          ASSERT_FALSE(failed) << schema.name() << " at " << stop;
-          ASSERT_EQ(stop, wrong.size()) << schema.name();
-        }
-      }
     }
     command.release();
-    damaged.release();
   }
 }
 

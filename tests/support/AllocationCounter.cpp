@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <new>
 
 namespace {
@@ -15,8 +16,21 @@ struct Allocations {
   bool limited;
   std::size_t allowed;
   bool struck;
+
+  bool watching;
+  std::span<const std::uint8_t> needle;
+  std::size_t found;
+  void** blocks;  // from malloc
+  std::size_t blockCount;
+  std::size_t blockRoom;
 };
 thread_local constinit Allocations allocations{};
+
+bool holdsNeedle(void* block) {
+  const auto* bytes = static_cast<const std::uint8_t*>(block);
+  const auto* end = bytes + malloc_usable_size(block);
+  return std::search(bytes, end, allocations.needle.begin(), allocations.needle.end()) != end;
+}
 
 }  // namespace
 
@@ -43,6 +57,16 @@ void* operator new(std::size_t size) {
   ++allocations.calls;
   allocations.alive += static_cast<std::ptrdiff_t>(malloc_usable_size(memory));
   allocations.peak = std::max(allocations.peak, allocations.alive);
+  if (allocations.watching) {
+    std::memset(memory, 0xA5, malloc_usable_size(memory));  // what an earlier block left there
+    if (allocations.blockCount == allocations.blockRoom) {
+      allocations.blockRoom = std::max<std::size_t>(1024, 2 * allocations.blockRoom);
+      auto* blocks = static_cast<void**>(std::realloc(allocations.blocks, allocations.blockRoom * sizeof(void*)));
+      if (blocks == nullptr) std::abort();
+      allocations.blocks = blocks;
+    }
+    allocations.blocks[allocations.blockCount++] = memory;
+  }
   return memory;
 }
 
@@ -57,6 +81,15 @@ void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
 
 void operator delete(void* memory) noexcept {
   if (memory == nullptr) return;
+  if (allocations.watching) {
+    void** const end = allocations.blocks + allocations.blockCount;
+    void** const place = std::find(allocations.blocks, end, memory);
+    if (place != end) {
+      if (holdsNeedle(memory)) ++allocations.found;
+      *place = end[-1];
+      --allocations.blockCount;
+    }
+  }
   allocations.alive -= static_cast<std::ptrdiff_t>(malloc_usable_size(memory));
   std::free(memory);
 }
@@ -66,6 +99,12 @@ void operator delete(void* memory, const std::nothrow_t&) noexcept { operator de
 #endif
 
 namespace poker::test {
+
+#ifdef CP_UNCOUNTED
+bool AllocationCounter::counts() { return false; }
+#else
+bool AllocationCounter::counts() { return true; }
+#endif
 
 AllocationCounter::AllocationCounter() : callsBefore_(allocations.calls), aliveBefore_(allocations.alive) {
   allocations.peak = allocations.alive;
@@ -84,5 +123,27 @@ bool FailingAllocations::struck() const { return allocations.struck; }
 std::size_t AllocationCounter::calls() const { return allocations.calls - callsBefore_; }
 
 std::size_t AllocationCounter::peak() const { return static_cast<std::size_t>(allocations.peak - aliveBefore_); }
+
+std::ptrdiff_t AllocationCounter::alive() const { return allocations.alive - aliveBefore_; }
+
+BlockWatch::BlockWatch(std::span<const std::uint8_t> needle) {
+  allocations.needle = needle;
+  allocations.found = 0;
+  allocations.watching = true;
+}
+
+BlockWatch::~BlockWatch() {
+  allocations.watching = false;
+  std::free(allocations.blocks);
+  allocations.blocks = nullptr;
+  allocations.blockCount = allocations.blockRoom = 0;
+}
+
+std::size_t BlockWatch::found() const { return allocations.found; }
+
+std::size_t BlockWatch::holding() const {
+  return static_cast<std::size_t>(
+      std::count_if(allocations.blocks, allocations.blocks + allocations.blockCount, holdsNeedle));
+}
 
 }  // namespace poker::test

@@ -57,6 +57,18 @@ RC_GTEST_PROP(FlatSet, BehavesAsAnOrderedSet, ()) {
   }
 }
 
+RC_GTEST_PROP(FlatSet, FilledInAnyOrderIsAsIfInsertedOneByOne, (const std::vector<std::int8_t>& keys)) {
+  FlatSet<std::string> flat;
+  std::set<std::string> model;
+  for (const int key : keys) {
+    flat.spare() = elementOf(key % 32);
+    flat.appendSpare();
+    model.insert(elementOf(key % 32));
+  }
+  flat.order();
+  RC_ASSERT(std::equal(flat.begin(), flat.end(), model.begin(), model.end()));
+}
+
 TEST(FlatSet, OrdersTextByUnsignedBytesAndRefillsWithoutAllocation) {
   const std::string first = elementOf(1), second = std::string("\x80").append(elementOf(2));
   const std::string third = std::string("\xFF").append(elementOf(3));
@@ -74,17 +86,20 @@ TEST(FlatSet, OrdersTextByUnsignedBytesAndRefillsWithoutAllocation) {
 }
 
 RC_GTEST_PROP(FlatMultimap, BehavesAsAnOrderedMultimap, (const std::vector<std::int8_t>& keys)) {
-  FlatMultimap<int, int> flat;
+  FlatMultimap<int, int> flat, appended;
   std::multimap<int, int> model;
   int stamp = 0;
   for (const int key : keys) {
     const auto place = flat.insert({key % 8, ++stamp});
     RC_ASSERT(place->second == stamp);
     model.insert({key % 8, stamp});
+    appended.append({key % 8, stamp});
   }
+  appended.order();
   const auto same = [](const auto& a, const auto& b) { return a.first == b.first && a.second == b.second; };
   RC_ASSERT(flat.size() == model.size());
   RC_ASSERT(std::equal(flat.begin(), flat.end(), model.begin(), model.end(), same));
+  RC_ASSERT(std::equal(appended.begin(), appended.end(), model.begin(), model.end(), same));
   for (int key = -9; key <= 9; ++key) {
     const auto [first, last] = flat.equal_range(key);
     const auto [modelFirst, modelLast] = model.equal_range(key);

@@ -67,7 +67,8 @@ RC_GTEST_PROP(FlatMap, BehavesAsAnOrderedMap, ()) {
         spareKey = key;
         spareValue = value;
         if (kind == 9) break;
-        flat.adoptSpare();
+        flat.appendSpare();
+        flat.order();
         model[key] = value;
         break;
       }
@@ -81,6 +82,23 @@ RC_GTEST_PROP(FlatMap, BehavesAsAnOrderedMap, ()) {
     RC_ASSERT(flat.contains(key) == model.contains(key));
     if (found != flat.end()) RC_ASSERT(found->second == model[key]);
   }
+}
+
+// As a peer may send them: in any order, keys more than once.
+RC_GTEST_PROP(FlatMap, FilledInAnyOrderIsAsIfInsertedOneByOne, (const std::vector<std::int8_t>& keys)) {
+  Flat flat{{5, "of an earlier use"}};
+  Model model;
+  flat.clear();
+  for (const int key : keys) {
+    const std::string value = std::to_string(model.size()) + std::string(20, 'v');
+    auto& [spareKey, spareValue] = flat.spare();
+    spareKey = key % 32;
+    spareValue = value;
+    flat.appendSpare();
+    model[key % 32] = value;
+  }
+  flat.order();
+  expectSame(flat, model);
 }
 
 TEST(FlatMap, OrdersTextByUnsignedBytesAndFindsItWithoutAString) {
