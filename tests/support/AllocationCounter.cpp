@@ -85,4 +85,6 @@ std::size_t AllocationCounter::calls() const { return allocations.calls - callsB
 
 std::size_t AllocationCounter::peak() const { return static_cast<std::size_t>(allocations.peak - aliveBefore_); }
 
+std::ptrdiff_t AllocationCounter::alive() const { return allocations.alive - aliveBefore_; }
+
 }  // namespace poker::test

@@ -13,6 +13,8 @@ class AllocationCounter {
   std::size_t calls() const;
   /// The most bytes that were alive at once, beyond those alive at the start.
   std::size_t peak() const;
+  /// The bytes that are alive beyond those alive at the start; below 0 when some of those are gone.
+  std::ptrdiff_t alive() const;
 
  private:
   std::size_t callsBefore_;
