@@ -176,8 +176,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   static Bytes command, frames;
   command.assign({batchClass().code(), static_cast<std::uint8_t>(batchClass().family())});
   command.insert(command.end(), data, data + size);
-  const MemoryBound bound(command.size() + 4);
-  DecodeResult result = decodeCommand(command, DecodePolicy::of(Side::Client));
+  DecodeResult result = [] {
+    const MemoryBound bound(command.size() + 4);
+    return decodeCommand(command, DecodePolicy::of(Side::Client));
+  }();
   if (!result) return 0;
   auto& batch = static_cast<SrvCompressedCommands&>(*result.command);
   const std::uint32_t real = batch.realSize();

@@ -165,7 +165,7 @@ void moveFields(const std::vector<Piece>& pieces, Bytes& command, Random& random
   command.insert(command.begin() + static_cast<std::ptrdiff_t>(place), run.begin(), run.end());
 }
 
-/// Mixes the values of a looking walk.
+/// Mixes the values of a looking walk, but for those that do not travel now.
 class Digest final : public FieldVisitor {
  public:
   std::uint64_t value = 0;
@@ -185,9 +185,15 @@ class Digest final : public FieldVisitor {
   void endList(const Field&) override {}
   std::size_t beginMap(const Field& field, std::size_t size) override { return beginList(field, size); }
   void endMap(const Field&) override {}
+  void beginPart(std::string_view, bool present) override { absent_ += absent_ != 0 || !present ? 1 : 0; }
+  void endPart() override { absent_ -= absent_ != 0 ? 1 : 0; }
 
  private:
-  void mix(std::uint64_t more) { value = std::rotl((value ^ more) * 0x9E3779B97F4A7C15, 29); }
+  void mix(std::uint64_t more) {
+    if (absent_ == 0) value = std::rotl((value ^ more) * 0x9E3779B97F4A7C15, 29);
+  }
+
+  int absent_ = 0;  // how deep inside absent parts
 };
 
 }  // namespace

@@ -32,7 +32,7 @@ void mutateCommand(Bytes& command, Random& random);
 /// A command of any class with random values, as its class writes it.
 Bytes randomCommand(Random& random);
 
-/// A number that differs where any value held by the command does.
+/// A number that differs where any value does that the command would send.
 std::uint64_t digestOf(const PokerCommandI& command);
 
 /// Appends the command with its length slot.
