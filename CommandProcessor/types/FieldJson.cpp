@@ -29,6 +29,13 @@ void appendDecimal(std::string& out, T value) {
   out.append(digits, std::to_chars(digits, std::end(digits), value).ptr);
 }
 
+/// A name out of somebody's JSON, for a problem's text, which may reach a terminal: as in JSON, without the quotes.
+std::string shownName(std::string_view name) {
+  std::string shown;
+  appendJsonString(shown, name);
+  return shown.substr(1, shown.size() - 2);
+}
+
 /// The number that the hexadecimal digits tell; none when there is anything else among them.
 std::optional<std::uint64_t> parseHex(std::string_view digits) {
   std::uint64_t value = 0;
@@ -242,7 +249,8 @@ JsonObject::JsonObject(std::string_view json) {
       open.pop_back();
     } else if (event == Json::parse_event_t::key) {
       const auto& name = parsed.get_ref<const std::string&>();
-      if (std::find(open.back().begin(), open.back().end(), name) != open.back().end()) fail(name + ": stands twice");
+      if (std::find(open.back().begin(), open.back().end(), name) != open.back().end())
+        fail(shownName(name) + ": stands twice");
       open.back().push_back(name);
     }
     return true;
@@ -359,7 +367,7 @@ struct FieldsFromJson::Object {
     if (!frame.value->is_object()) return;
     for (const auto& [key, value] : frame.value->items()) {
       if (std::find(frame.visited.begin(), frame.visited.end(), &value) != frame.visited.end()) continue;
-      leaf = key;
+      leaf = shownName(key);
       fail("there is no such field");
     }
   }

@@ -31,8 +31,15 @@ void SrvCompressedCommands::init(const unsigned char* bytes, unsigned size) {
 }
 
 void SrvCompressedCommands::getUncompressedData(unsigned char* destination) {
-  uLongf length = realSize_;
-  zlibResult_ = uncompress(destination, &length, body_.data(), static_cast<uLong>(body_.size()));
+  // Without any room zlib inflates into a byte of its own, and is content with a body that fills just that.
+  std::uint8_t spare = 0;
+  const bool hasRoom = realSize_ != 0;
+  uLongf length = hasRoom ? realSize_ : sizeof spare;
+  zlibResult_ = uncompress(hasRoom ? destination : &spare, &length, body_.data(), static_cast<uLong>(body_.size()));
+  if (!hasRoom && length != 0) {
+    zlibResult_ = Z_BUF_ERROR;
+    length = 0;
+  }
   realSize_ = static_cast<std::uint32_t>(length);
   body_.clear();
 }

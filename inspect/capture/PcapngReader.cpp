@@ -335,7 +335,7 @@ PcapngReader::Packet PcapngReader::parseExported(std::span<const std::uint8_t> p
     }
   }
   // Cut in the header, maybe in front of the dissector's name.
-  parsed.frame = {};
+  parsed.frame = packet.first(0);
   return parsed;
 }
 
