@@ -11,13 +11,16 @@
 #include <CommandProcessor/core/SrvTourCmdProcessor.h>
 
 #include <gtest/gtest.h>
-#include <rapidcheck.h>
 
 #include <csignal>
 #include <memory>
 #include <new>
 #include <set>
 #include <string>
+
+#ifdef CP_HAS_RAPIDCHECK
+#include <rapidcheck.h>
+#endif
 
 namespace poker {
 namespace {
@@ -92,9 +95,16 @@ TEST(CommandDeathTest, FaultsOnADeadCommand) {
   auto* command = new (place) Probe<SrvCmdProcessorType>;
   auto* const root = static_cast<PokerCommandI*>(command);
   std::destroy_at(command);
-  EXPECT_EXIT(useDead(root), testing::KilledBySignal(SIGFPE), "");
+#ifdef _WIN32
+  constexpr unsigned kIntegerDivideByZero = 0xC0000094;
+  const auto faulted = [](int status) { return static_cast<unsigned>(status) == kIntegerDivideByZero; };
+#else
+  const testing::KilledBySignal faulted(SIGFPE);
+#endif
+  EXPECT_EXIT(useDead(root), faulted, "");
 }
 
+#ifdef CP_HAS_RAPIDCHECK
 // Against the standard set, through the sizes where the set moves to the heap.
 TEST(ConnectionsSet, BehavesAsAnOrderedSet) {
   EXPECT_TRUE(rc::check([](const std::vector<std::pair<bool, std::uint8_t>>& steps) {
@@ -115,6 +125,7 @@ TEST(ConnectionsSet, BehavesAsAnOrderedSet) {
     RC_ASSERT(std::equal(ids.begin(), ids.end(), model.begin(), model.end()));
   }));
 }
+#endif
 
 TEST(CommandsResult, SortsByTheConnectionsAtTheTimeOfAdding) {
   CommandsResult<PokerCommandTmpl<SrvCmdProcessorType>, 1> results;
