@@ -16,6 +16,11 @@ if(PROJECT_IS_TOP_LEVEL)
   set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
   set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
   set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+  foreach(dll IN LISTS CP_RUNTIME_DLLS) # the compiler's own, named by the toolchain file
+    execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${dll}
+                    OUTPUT_VARIABLE file OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+    file(COPY ${file} DESTINATION ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
+  endforeach()
   if(NOT CMAKE_CXX_COMPILER_LAUNCHER)
     find_program(CCACHE_PROGRAM ccache)
     mark_as_advanced(CCACHE_PROGRAM)
@@ -53,6 +58,9 @@ endif()
 # library calls its own exported functions directly, which lets the compiler inline them.
 function(cp_shared_library target)
   set_target_properties(${target} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+  if(WIN32) # CommandProcessor.dll, whichever compiler made it
+    set_target_properties(${target} PROPERTIES PREFIX "")
+  endif()
   # clang leaves the sanitizer's own symbols open in a shared library; the program brings them.
   if(NOT (CP_SANITIZE AND CMAKE_CXX_COMPILER_ID MATCHES "Clang"))
     include(CheckLinkerFlag)

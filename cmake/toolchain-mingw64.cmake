@@ -1,20 +1,13 @@
-# Windows programs and DLLs of 64 bits, built on Debian with mingw-w64 (scripts/setup windows installs it).
-# The -posix compilers bring std::thread, std::mutex and std::condition_variable.
-set(CMAKE_SYSTEM_NAME Windows)
+# Windows, 64 bits.
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
+set(CP_MINGW x86_64-w64-mingw32)
+set(CP_MINGW_UNWIND_DLL libgcc_s_seh-1.dll)
+include(${CMAKE_CURRENT_LIST_DIR}/toolchain-mingw.cmake)
 
-set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix)
-set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
-set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
-
-set(CMAKE_FIND_ROOT_PATH /usr/x86_64-w64-mingw32)
-set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
-set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
-
-# Where Wine is installed, what is built runs here.
-find_program(CP_WINE NAMES wine64 wine)
+# Where Wine is installed, what is built runs here: without a display, with a registry of the build's own.
+find_program(CP_WINE NAMES wine64 wine HINTS /usr/lib/wine)
+mark_as_advanced(CP_WINE)
 if(CP_WINE)
-  set(CMAKE_CROSSCOMPILING_EMULATOR ${CP_WINE})
+  set(CMAKE_CROSSCOMPILING_EMULATOR env --unset=DISPLAY WINEPREFIX=${CMAKE_BINARY_DIR}/wine WINEDEBUG=-all
+                                    WINEDLLOVERRIDES=mscoree,mshtml= ${CP_WINE})
 endif()

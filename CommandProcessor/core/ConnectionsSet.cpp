@@ -18,7 +18,7 @@ bool ConnectionsSet::contains(const ConnectionID& id) const {
 }
 
 bool ConnectionsSet::insert(const ConnectionID& id) {
-  const auto place = lowerBound(id) - ids_;
+  const auto place = static_cast<std::uint32_t>(lowerBound(id) - ids_);
   if (place != size_ && ids_[place] == id) return false;
   if (size_ == capacity_) reserve(std::size_t{capacity_} * 2);
   std::copy_backward(ids_ + place, ids_ + size_, ids_ + size_ + 1);

@@ -171,8 +171,10 @@ TEST(SrvCompressedCommands, ReturnsWhatItWasGiven) {
     // Read without this library.
     const Bytes bytes = bodyOf(*command);
     std::string plain(text.size() + 1, '\0');
-    uLongf size = plain.size();
-    ASSERT_EQ(uncompress(reinterpret_cast<Bytef*>(plain.data()), &size, bytes.data() + 8, bytes.size() - 8), Z_OK);
+    auto size = static_cast<uLongf>(plain.size());
+    ASSERT_EQ(uncompress(reinterpret_cast<Bytef*>(plain.data()), &size, bytes.data() + 8,
+                         static_cast<uLong>(bytes.size() - 8)),
+              Z_OK);
     EXPECT_EQ(plain.substr(0, size), text);
 
     const auto read = readBack(*command);

@@ -7,6 +7,10 @@
 #include <fstream>
 #include <string>
 
+#ifdef _WIN32
+#include <windows.h>
+#endif
+
 namespace poker {
 namespace {
 
@@ -14,6 +18,9 @@ namespace {
 
 TEST(VersionStore, ReturnsWhatWasStored) {
   constexpr const char* kSubkey = "Software\\CommandProcessorTests\\VersionStore";
+  HKEY key = nullptr;
+  ASSERT_EQ(RegCreateKeyA(HKEY_CURRENT_USER, kSubkey, &key), ERROR_SUCCESS);
+  RegCloseKey(key);
   for (const std::uint32_t version : {0u, 7u, 0xFFFFFFFFu}) {
     ASSERT_TRUE(storeLastVersion(kSubkey, version));
     EXPECT_EQ(loadLastVersion(kSubkey), version);

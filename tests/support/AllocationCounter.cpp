@@ -1,6 +1,10 @@
 #include <tests/support/AllocationCounter.h>
 
 #include <malloc.h>
+#ifdef _WIN32  // where a DLL, ours too, calls the operator new that it was linked with, never the program's
+#define malloc_usable_size _msize
+#define CP_UNCOUNTED
+#endif
 
 #include <algorithm>
 #include <cstdlib>

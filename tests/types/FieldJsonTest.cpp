@@ -4,13 +4,16 @@
 #include <tests/support/WireBytes.h>
 
 #include <gtest/gtest.h>
-#include <rapidcheck/gtest.h>
 
 #include <array>
 #include <bit>
 #include <clocale>
 #include <cmath>
 #include <limits>
+
+#ifdef CP_HAS_RAPIDCHECK
+#include <rapidcheck/gtest.h>
+#endif
 
 namespace poker::test {
 namespace {
@@ -196,14 +199,12 @@ void expectBitsKept(std::uint64_t bits) {
   const std::string json = fieldsToJson(reals);
   Reals read;
   fieldsFromJson(read, json);
-  RC_ASSERT(std::bit_cast<std::uint64_t>(read.real) == bits);
-  RC_ASSERT(read.date.bits() == bits);
-  RC_ASSERT((json.find("0x") == std::string::npos) == std::isfinite(reals.real));
+  EXPECT_EQ(std::bit_cast<std::uint64_t>(read.real), bits);
+  EXPECT_EQ(read.date.bits(), bits);
+  EXPECT_EQ(json.find("0x") == std::string::npos, std::isfinite(reals.real)) << json;
 }
 
-RC_GTEST_PROP(FieldJson, KeepsEveryDoubleBitForBit, ()) {
-  expectBitsKept(*rc::gen::resize(rc::kNominalSize, rc::gen::arbitrary<std::uint64_t>()));
-  expectBitsKept(std::bit_cast<std::uint64_t>(static_cast<double>(*rc::gen::arbitrary<int>()) / 4));
+TEST(FieldJson, KeepsEveryDoubleBitForBit) {
   for (const double odd :
        {0.0, -0.0, std::numeric_limits<double>::infinity(), std::numeric_limits<double>::denorm_min(),
         std::numeric_limits<double>::max(), 9007199254740993.0, 18446744073709551616.0, 1e22}) {
@@ -211,6 +212,13 @@ RC_GTEST_PROP(FieldJson, KeepsEveryDoubleBitForBit, ()) {
   }
   expectBitsKept(0x7FF0000000000001);  // a signalling NaN
 }
+
+#ifdef CP_HAS_RAPIDCHECK
+RC_GTEST_PROP(FieldJson, KeepsAnyDoubleBitForBit, ()) {
+  expectBitsKept(*rc::gen::resize(rc::kNominalSize, rc::gen::arbitrary<std::uint64_t>()));
+  expectBitsKept(std::bit_cast<std::uint64_t>(static_cast<double>(*rc::gen::arbitrary<int>()) / 4));
+}
+#endif
 
 TEST(FieldJson, DoesNotFollowTheLocalesComma) {
   for (const char* name : {"de_DE.UTF-8", "fr_FR.UTF-8"}) {

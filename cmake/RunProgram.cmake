@@ -1,0 +1,12 @@
+# Run by cp_program_test: cmake -D PRINTS=<regular expression> -P RunProgram.cmake -- <program> <argument>...
+set(command)
+math(EXPR last "${CMAKE_ARGC} - 1")
+foreach(i RANGE 6 ${last})
+  list(APPEND command "${CMAKE_ARGV${i}}")
+endforeach()
+execute_process(COMMAND ${command} RESULT_VARIABLE result OUTPUT_VARIABLE output ECHO_OUTPUT_VARIABLE)
+if(NOT result EQUAL 0)
+  message(FATAL_ERROR "it ended with ${result}")
+elseif(NOT output MATCHES "${PRINTS}")
+  message(FATAL_ERROR "it ended with 0, but without having printed \"${PRINTS}\"")
+endif()
