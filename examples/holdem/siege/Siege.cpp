@@ -3,6 +3,7 @@
 #include <examples/holdem/server/bank/Bank.h>
 #include <examples/holdem/siege/Honest.h>
 #include <examples/holdem/siege/ServerProcess.h>
+#include <inspect/CommandText.h>
 
 #include <fmt/format.h>
 #include <asio/executor_work_guard.hpp>
@@ -10,6 +11,8 @@
 #include <asio/post.hpp>
 
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
 #include <future>
 #include <memory>
 #include <random>
@@ -227,6 +230,10 @@ class Siege {
     if (attacked) report_.cpuShare = (end->cpuSeconds - begin->cpuSeconds) / passed;
     if (!attacked) report_.descriptorsCalm = std::max(report_.descriptorsCalm, end->descriptors);
   }
+  void note(const ProcessUse& use, bool attacked) {
+    const double second = std::chrono::duration<double>(Clock::now() - serverStart_).count();
+    report_.samples.push_back({second, use.residentBytes, use.descriptors, attacked});
+  }
   std::optional<ProcessUse> useOfServer() {
     return server_ && !server_->hasEnded() ? useOf(server_->process()) : std::nullopt;
   }
@@ -280,8 +287,8 @@ class Siege {
   Killed askBank() {
     Killed found;
     Bank bank({server_->bankFile()});
-    std::set<std::uint64_t> confirmed = play_->confirmedHands();
-    if (faulted_) confirmed.merge(background_.call([this] { return faulted_->confirmedHands(); }));
+    // Not those behind the proxy, which may have heard a wrong number.
+    const std::set<std::uint64_t>& confirmed = play_->confirmedHands();
     found.handsConfirmed = confirmed.size();
     for (const std::uint64_t hand : confirmed) found.handsMissing += bank.handRecord(hand) ? 0 : 1;
     for (const std::string& name : checkedAccounts()) found.accountsMissing += bank.find(name) ? 0 : 1;
@@ -332,8 +339,9 @@ class Siege {
       for (std::string line; std::getline(log, line);) {
         const auto isPlain = [](char c) { return c >= ' ' && c <= '~'; };
         if (!std::all_of(line.begin(), line.end(), isPlain))
-          return breakBound("the log has bytes that a peer chose: " + quoted(line));
-        if (line.find(kSecret) != std::string::npos) return breakBound("the log has a password: " + quoted(line));
+          return breakBound("the log has bytes that a peer chose: " + poker::quoted(line));
+        if (line.find(kSecret) != std::string::npos)
+          return breakBound("the log has a password: " + poker::quoted(line));
       }
     }
   }
@@ -344,6 +352,7 @@ class Siege {
       context_.run_for(250ms);
       const auto use = useOfServer();
       if (!use) return;
+      note(*use, false);
       report_.descriptorsLast = use->descriptors;
       report_.residentLast = use->residentBytes;
       if (use->descriptors <= report_.descriptorsCalm) return;

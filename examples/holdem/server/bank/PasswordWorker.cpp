@@ -24,7 +24,7 @@ void wipe(std::string& secret) {
 /// Where there are fewer cores than threads, the event loop goes first.
 void giveWay() {
 #ifdef __linux__
-  constexpr int kNice = 10;
+  constexpr int kNice = 5;
   ::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()),
                 kNice);  // of this thread alone; without it, it still works
 #endif
