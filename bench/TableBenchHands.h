@@ -70,8 +70,9 @@ class Room : private Connections {
   Room() : house_(context_, houseSettings(), *this) {
     for (std::uint8_t seat = 0; seat < kPlayers; ++seat) {
       house_.outbox().run([&] {
-        house_.openAccount(connectionOf(seat), accountOf(seat));
-        house_.logOn(connectionOf(seat), accountOf(seat).userName, accountOf(seat).password);
+        const CommonTypes::NewAccountInfo player = accountOf(seat);
+        bank().openAccount(player.userName, player.password, "", houseSettings().gift);
+        house_.admit(connectionOf(seat), *bank().find(player.userName));
         house_.enterTable(connectionOf(seat), table().settings().gameID, {});
         house_.sitDown(connectionOf(seat), seat, kBuyIn);
       });
@@ -101,6 +102,8 @@ class Room : private Connections {
   void disconnect(const ConnectionID&, SrvErrorDisconnected::ErrorCode) override {
     throw std::logic_error("the house sends a player away");
   }
+  void hold(const ConnectionID&) override {}
+  void proceed(const ConnectionID&) override {}
 
  private:
   asio::io_context context_{1};

@@ -22,6 +22,10 @@ namespace {
 using Clock = std::chrono::steady_clock;
 constexpr Clock::time_point kNever = Clock::time_point::max();
 
+/// What a peer may still have been sending when its session ended. One that sends more does not listen: it is cut off at
+/// once, and not read at full speed until SessionLimits::lastWords are over.
+constexpr std::size_t kMostThrownAway = 256 * 1024;
+
 Clock::time_point after(Clock::time_point now, SessionLimits::Duration duration) {
   return duration > SessionLimits::Duration::zero() ? now + duration : kNever;
 }
@@ -211,7 +215,7 @@ void TcpSession::enter(SessionState state) {
 // Receiving
 
 void TcpSession::read() {
-  if (!open_ || reading_ || peerEnded_ || resume_ != kNever) return;
+  if (!open_ || reading_ || held_ || peerEnded_ || resume_ != kNever) return;
   if (isClosing()) framer_.reset();  // read and thrown away: unread bytes would make the system reset the connection
   std::span<std::uint8_t> space;
   try {
@@ -244,6 +248,8 @@ void TcpSession::onRead(const std::error_code& failure, std::size_t received) {
   }
   counters_.bytesIn += received;
   if (isClosing()) {
+    thrownAway_ += received;
+    if (thrownAway_ > kMostThrownAway) return closeNow(reason_);
     read();
     return;
   }
@@ -255,7 +261,7 @@ void TcpSession::processFrames() {
   const Time now = Clock::now();
   const std::uint64_t framesBefore = framer_.frames();
   processing_ = true;
-  while (open_ && !isClosing()) {
+  while (open_ && !isClosing() && !held_) {
     if (!limits().rate.cut && !bucket_.available(now)) {
       resume_ = bucket_.next();
       break;
@@ -275,7 +281,7 @@ void TcpSession::processFrames() {
   }
   processing_ = false;
   if (!open_) return;
-  if (!isClosing()) {
+  if (!isClosing() && !held_) {
     if (framer_.frames() != framesBefore) {
       idleDeadline_ = after(now, limits().idle());
       frameDeadline_ = kNever;
@@ -288,6 +294,28 @@ void TcpSession::processFrames() {
   }
   flush();
   read();
+  armTimer();
+}
+
+void TcpSession::hold() {
+  if (isClosing() || std::exchange(held_, true)) return;
+  heldSince_ = Clock::now();
+  heldDeadline_ = std::exchange(stateDeadline_, kNever);
+  frameDeadline_ = idleDeadline_ = kNever;
+}
+
+void TcpSession::proceed() {
+  if (!std::exchange(held_, false)) return;
+  const Time now = Clock::now();
+  // Unless a new state has brought a deadline of its own, or needs none.
+  if (stateDeadline_ == kNever && state_ < SessionState::LoggedOn && heldDeadline_ != kNever) {
+    stateDeadline_ = heldDeadline_ + (now - heldSince_);
+  }
+  idleDeadline_ = after(now, limits().idle());
+  asio::post(socket_.get_executor(), detail::handlerIn(handlerMemory_, [self = shared_from_this()] {
+               // A read that is under way writes into the framer, and looks for frames at its end.
+               if (self->open_ && !self->isClosing() && !self->reading_ && !self->processing_) self->processFrames();
+             }));
   armTimer();
 }
 
@@ -544,6 +572,7 @@ void TcpSession::close() { closeNow(CloseReason::ByHost); }
 void TcpSession::beginClosing(CloseReason reason) {
   state_ = SessionState::Closing;
   reason_ = reason;
+  held_ = false;
   frameDeadline_ = idleDeadline_ = resume_ = keepAliveDue_ = kNever;
   if (open_) stateDeadline_ = after(Clock::now(), limits().lastWords);
   // A pause of the rate limit ends here; inside processFrames() its end reads on.

@@ -149,6 +149,14 @@ class TcpSession : public std::enable_shared_from_this<TcpSession> {
   /// @param canCompress  whether it may travel in a batch: what the command says of itself
   bool sendFrame(std::span<const std::uint8_t> frame, bool canCompress = true);
 
+  /// For a handler whose answer takes time, on another thread for one: from now on nothing more is handed to the host and
+  /// nothing more is read, so that commands are still answered in their order and the peer's waiting ones cost the
+  /// system's buffers alone. The peer's deadlines stand still. Does nothing once the session is closing.
+  void hold();
+  /// Goes on; what has come meanwhile follows from the event loop.
+  void proceed();
+  bool isHeld() const { return held_; }
+
   /// Ends the session with a last SrvErrorDisconnected: stops listening to the peer, sends what is queued, then closes.
   /// All within SessionLimits::lastWords. For servers.
   void disconnect(SrvErrorDisconnected::ErrorCode code);
@@ -242,6 +250,7 @@ class TcpSession : public std::enable_shared_from_this<TcpSession> {
   std::vector<std::uint8_t> inFlight_;  // given to the system, of which
   std::size_t written_ = 0;             // so many bytes are through
   std::size_t longestQueued_ = 0;       // of the frames since nothing was queued
+  std::size_t thrownAway_ = 0;          // bytes that came when nothing was received any more
 
   bool open_ = false;        // the transport stands
   bool ended_ = false;       // closed for good, and onClosed() on its way
@@ -253,6 +262,9 @@ class TcpSession : public std::enable_shared_from_this<TcpSession> {
   bool peerEnded_ = false;   // the end of the peer's stream has come
   bool shutDown_ = false;    // the end of ours is sent
   bool packs_ = false;       // the peer takes batches by now
+  bool held_ = false;        // hold() without proceed()
+  Time heldSince_;
+  Time heldDeadline_ = Time::max();  // stateDeadline_ as it was then
 
   // Deadlines; Time::max() for none.
   Time armed_ = Time::max();

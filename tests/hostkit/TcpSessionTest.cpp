@@ -471,6 +471,61 @@ TEST_F(Tcp, AnActionThatComesTooLateIsDroppedAndTheSessionGoesOn) {
   EXPECT_EQ(server.errors.at(0).kind, DecodeError::Kind::NotAllowed);
 }
 
+// As while another thread hashes a password: order, deadlines and memory are as if the answer had been quick.
+TEST_F(Tcp, WhatComesWhileASessionIsHeldWaitsInItsOrderAndCostsThePeerNoTime) {
+  SessionLimits limits;
+  limits.logon = limits.wholeFrame = 150ms;
+  limits.keepAlive = 60ms;
+  limits.rate.framesPerSecond = 0;
+  Server server(context, with(limits));
+  std::shared_ptr<TcpSession> held;
+  server.also = [&](TcpSession& session, PokerCommandI& command) {
+    if (dynamic_cast<ClPing*>(&command) == nullptr) return;
+    session.hold();
+    held = session.shared_from_this();
+  };
+  RawPeer peer(context, server);
+  Bytes stream = kHandShake + frame<ClPing>() + frame<ClKeepAlive>(1u);
+  const Bytes cut = frame<ClKeepAlive>(2u);
+  peer.send(stream + Bytes(cut.begin(), cut.begin() + 4));
+  ASSERT_TRUE(until([&] { return held != nullptr; }));
+  const auto end = Clock::now() + 400ms;  // beyond every deadline of the peer's
+  ASSERT_TRUE(until([&] { return Clock::now() > end; }));
+  EXPECT_TRUE(held->isHeld());
+  EXPECT_EQ(server.commands, (std::vector<std::string>{"ClHandShake", "ClPing"}));
+  EXPECT_TRUE(server.closed.empty());
+  // What is sent goes out all the same.
+  held->send(*make<SrvPing>(0));
+  ASSERT_TRUE(until([&] { return peer.received().size() == 6 + frame<SrvPing>(0).size(); }));
+
+  held->proceed();
+  EXPECT_EQ(server.commands.size(), 2u) << "from inside of a call of the host's";
+  peer.send(Bytes(cut.begin() + 4, cut.end()));
+  ASSERT_TRUE(until([&] { return server.commands.size() == 4; }));
+  // What was left of the time for the logon runs again.
+  ASSERT_TRUE(until([&] { return peer.endedCleanly(); }));
+  ASSERT_TRUE(until([&] { return !server.closed.empty(); }));
+  const CloseReason reason = server.closed.begin()->second;
+  EXPECT_TRUE(reason == CloseReason::LogonTimeout || reason == CloseReason::Idle) << toText(reason);
+}
+
+// It has no time of its own any more, but it must not have the loop's either.
+TEST_F(Tcp, WhoGoesOnSendingBehindItsOffenceIsNotReadForEver) {
+  SessionLimits limits;
+  limits.lastWords = 60s;
+  Server server(context, with(limits));
+  RawPeer peer(context, server);
+  peer.send(hex("05 00 00 00 80 02"));
+  const Bytes more(64 * 1024, 0xEE);
+  std::size_t sent = 0;
+  ASSERT_TRUE(until([&] {
+    std::error_code failure;
+    if (sent < 64 * more.size()) sent += peer.socket.write_some(asio::buffer(more), failure);
+    return !server.closed.empty();
+  }));
+  EXPECT_EQ(server.closed.begin()->second, CloseReason::BadFrame);
+}
+
 TEST_F(Tcp, AClientIsToldWhenItsKeepAliveIsDueAndWhenItsServerIsSilent) {
   SessionLimits limits = SessionLimits::forClient();
   limits.keepAlive = 150ms;

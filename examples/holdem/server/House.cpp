@@ -30,7 +30,8 @@ House::House(asio::io_context& context, HouseSettings settings, Connections& con
       tournaments_(context, settings.tournaments, settings.mostTournaments, bank_, members_, outbox_, *this),
       tourDesk_(context, tournaments_, outbox_, [this](std::uint32_t count) { return bank_.reserveVersions(count); }),
       lastHand_(bank_.lastHandNumber()),
-      openTables_(tables_.size()) {
+      openTables_(tables_.size()),
+      passwords_(context) {
   lobby_.setNews(SrvNewsType::Headlines, settings.news);
   outbox_.atEnd([this] { settle(); });
 }
@@ -58,30 +59,70 @@ void House::settle() {
 
 // Accounts
 
+/// The client waits for a password's hash, if there is room for another one.
+void House::await(const ConnectionID& client, bool isQueued) {
+  if (isQueued) return connections_.hold(client);
+  logLine(log_, 0, "too-many-wait conn={}", client.value());
+  connections_.disconnect(client, SrvErrorDisconnected::DisconnectConn);
+}
+
+/// Calls `work(visitor)` for a client that has waited, if it is still there.
+template <class Work>
+void House::answerLate(const ConnectionID& client, Work&& work) {
+  const auto visitor = visitors_.find(client.value());
+  if (visitor == visitors_.end()) return;
+  outbox_.run([&] { work(visitor->second); });
+  connections_.proceed(client);
+}
+
 void House::openAccount(const ConnectionID& client, const CommonTypes::NewAccountInfo& form) {
   const bool isTooMany = ++visitors_[client.value()].accounts > kAccountTries;
   if (isTooMany || !isAcceptableName(form.userName) || !isAcceptablePassword(form.password)) {
     outbox_.add<SrvRegistrationFail>(client, CommonTypes::RegistrationFailed);
-  } else if (!bank_.openAccount(form.userName, form.password, form.email, gift_)) {
-    outbox_.add<SrvRegistrationFail>(client, CommonTypes::UserNameTaken);
-  } else {
-    logLine(log_, 0, "account-opened conn={} name={}", client.value(), quoted(form.userName));
-    outbox_.add<SrvRegistrationOk>(client, CommonTypes::AccountCreated, form.userName.c_str());
+    return;
   }
+  if (bank_.find(form.userName)) {
+    outbox_.add<SrvRegistrationFail>(client, CommonTypes::UserNameTaken);
+    return;
+  }
+  const auto open = [this, client, name = form.userName, email = form.email](const std::string& hash) {
+    answerLate(client, [&](Visitor&) {
+      if (!bank_.openHashedAccount(name, hash, email, gift_)) {
+        outbox_.add<SrvRegistrationFail>(client, CommonTypes::UserNameTaken);
+        return;
+      }
+      logLine(log_, 0, "account-opened conn={} name={}", client.value(), quoted(name));
+      outbox_.add<SrvRegistrationOk>(client, CommonTypes::AccountCreated, name.c_str());
+    });
+  };
+  await(client, passwords_.hash(client, form.password, bank_.passwordCost(), open));
 }
 
 void House::logOn(const ConnectionID& client, const std::string& name, const std::string& password) {
   Visitor& visitor = visitors_[client.value()];
-  std::optional<Account> account = bank_.logOn(name, password);
-  if (!account) {
-    logLine(log_, 0, "logon-refused conn={} name={}", client.value(), quoted(name));
-    outbox_.add<SrvLogonError>(client, CommonTypes::BadUserOrPassword, "");
-    if (++visitor.tries >= kLogonTries) connections_.disconnect(client, SrvErrorDisconnected::DisconnectConn);
-    return;
-  }
+  // Tells nothing by its haste: it depends on what was sent alone.
+  if (!isAcceptableName(name) || !isAcceptablePassword(password)) return refuseLogon(client, visitor, name);
+  const auto judge = [this, client, name](bool matches) {
+    answerLate(client, [&](Visitor& waited) {
+      std::optional<Account> account = matches ? bank_.find(name) : std::nullopt;
+      if (!account) return refuseLogon(client, waited, name);
+      admit(client, *std::move(account));
+    });
+  };
+  await(client, passwords_.match(client, password, bank_.passwordHash(name), judge));
+}
+
+void House::refuseLogon(const ConnectionID& client, Visitor& visitor, const std::string& name) {
+  logLine(log_, 0, "logon-refused conn={} name={}", client.value(), quoted(name));
+  outbox_.add<SrvLogonError>(client, CommonTypes::BadUserOrPassword, "");
+  if (++visitor.tries >= kLogonTries) connections_.disconnect(client, SrvErrorDisconnected::DisconnectConn);
+}
+
+void House::admit(const ConnectionID& client, Account account) {
+  Visitor& visitor = visitors_[client.value()];
   visitor.tries = 0;
-  const ConnectionID before = players_.bind(account->id, client);
-  if (players_.find(account->id) != client) {
+  const ConnectionID before = players_.bind(account.id, client);
+  if (players_.find(account.id) != client) {
     // On a connection that is younger than this one.
     outbox_.add<SrvLogonError>(client, CommonTypes::AlreadyLoggedIn, "");
     return;
@@ -91,14 +132,14 @@ void House::logOn(const ConnectionID& client, const std::string& name, const std
     leave(before);
     connections_.disconnect(before, SrvErrorDisconnected::Reconnect);
   }
-  logLine(log_, 0, "logged-on conn={} name={}", client.value(), quoted(account->name));
-  members_.noteVisit(account->id);
+  logLine(log_, 0, "logged-on conn={} name={}", client.value(), quoted(account.name));
+  members_.noteVisit(account.id);
   connections_.setState(client, SessionState::LoggedOn);
-  auto answer = make<SrvLogonOk>(account->name, "", false, RealMoneyAcc(), true);
+  auto answer = make<SrvLogonOk>(account.name, "", false, RealMoneyAcc(), true);
   for (const auto& table : tables_) {
-    if (const SeatID seat = table->seatOf(account->id); seat.isValid()) answer->prevSeatID(seat);
+    if (const SeatID seat = table->seatOf(account.id); seat.isValid()) answer->prevSeatID(seat);
   }
-  const AccountID player = account->id;
+  const AccountID player = account.id;
   visitor.account = std::move(account);
   lobby_.setPlayersLoggedOn(players_.size());
   ConnectionsSet to;
@@ -110,6 +151,7 @@ void House::logOn(const ConnectionID& client, const std::string& name, const std
 void House::leave(const ConnectionID& client) {
   auto visitor = visitors_.extract(client.value());
   if (!visitor) return;
+  passwords_.forget(client);
   if (visitor.mapped().account) players_.unbind(visitor.mapped().account->id, client);
   if (visitor.mapped().table != nullptr) visitor.mapped().table->leave(client);
   waitLists_.forget(client);

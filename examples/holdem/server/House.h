@@ -4,6 +4,7 @@
 #include <LogUtil/Log.h>
 #include <examples/holdem/server/Outbox.h>
 #include <examples/holdem/server/bank/Bank.h>
+#include <examples/holdem/server/bank/PasswordWorker.h>
 #include <examples/holdem/server/history/HandHistory.h>
 #include <examples/holdem/server/lobby/Lobby.h>
 #include <examples/holdem/server/lobby/WaitLists.h>
@@ -49,6 +50,9 @@ class Connections {
   virtual void setState(const ConnectionID& connection, SessionState state) = 0;
   /// Tells the client why, and ends its connection.
   virtual void disconnect(const ConnectionID& connection, SrvErrorDisconnected::ErrorCode code) = 0;
+  /// What the client sends waits from now on, until it proceeds.
+  virtual void hold(const ConnectionID& connection) = 0;
+  virtual void proceed(const ConnectionID& connection) = 0;
 };
 
 /// The card room: the bank, the tables, and who is logged on. It knows connections by their ids alone. All calls come
@@ -76,8 +80,12 @@ class House final : private RingTableHost, private TourHost {
   TourDesk& tourDesk() { return tourDesk_; }
   Log& log() { return log_; }
 
+  /// Both are answered when the password's hash is there; the client's further commands wait until then. When too many
+  /// wait for theirs, the connection ends.
   void openAccount(const ConnectionID& client, const CommonTypes::NewAccountInfo& form);
   void logOn(const ConnectionID& client, const std::string& name, const std::string& password);
+  /// The client has proved that the account is its own.
+  void admit(const ConnectionID& client, Account account);
   /// The client looks at that table from now on, and at no other one.
   void enterTable(const ConnectionID& client, std::uint32_t gameID, const std::string& password);
   /// Another try at the table that the client was last asked a password for.
@@ -144,6 +152,10 @@ class House final : private RingTableHost, private TourHost {
   WaitLists::Tables makeTables(asio::io_context& context, std::vector<TableSettings> settings);
   Table* findTable(std::uint32_t gameID);
   void settle();
+  void await(const ConnectionID& client, bool isQueued);
+  template <class Work>
+  void answerLate(const ConnectionID& client, Work&& work);
+  void refuseLogon(const ConnectionID& client, Visitor& visitor, const std::string& name);
   void enter(const ConnectionID& client, Visitor& visitor, Table& table);
 
   Connections& connections_;
@@ -164,6 +176,7 @@ class House final : private RingTableHost, private TourHost {
   std::uint64_t lastHand_ = 0;
   std::size_t openTables_ = 0;
   bool isClosing_ = false;
+  PasswordWorker passwords_;
 };
 
 }  // namespace poker::holdem

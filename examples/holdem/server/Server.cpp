@@ -158,6 +158,14 @@ void Server::disconnect(const ConnectionID& id, SrvErrorDisconnected::ErrorCode 
   });
 }
 
+void Server::hold(const ConnectionID& id) {
+  if (TcpSession* session = tcp_.find(id)) session->hold();
+}
+
+void Server::proceed(const ConnectionID& id) {
+  if (TcpSession* session = tcp_.find(id)) session->proceed();
+}
+
 void Server::finish(const ConnectionID& id) {
   if (TcpSession* session = tcp_.find(id)) {
     leave(*session);

@@ -84,6 +84,8 @@ class Server final : private SessionEvents, private Connections {
   void sendFrame(const ConnectionID& id, std::span<const std::uint8_t> frame) override;
   void setState(const ConnectionID& id, SessionState state) override;
   void disconnect(const ConnectionID& id, SrvErrorDisconnected::ErrorCode code) override;
+  void hold(const ConnectionID& id) override;
+  void proceed(const ConnectionID& id) override;
 
   static ServerOptions optionsFrom(const ServerSettings& settings);
   void leave(TcpSession& session);

@@ -6,11 +6,17 @@
 #include <examples/holdem/server/TableText.h>
 #include <examples/holdem/server/capture/FrameRecorder.h>
 #include <examples/holdem/server/tournament/TourText.h>
+#include <examples/holdem/shared/LogLine.h>
 #include <examples/holdem/shared/MoneyText.h>
 #include <examples/holdem/shared/Options.h>
 
 #include <asio/signal_set.hpp>
 
+#ifndef _WIN32
+#include <sys/resource.h>
+#endif
+
+#include <algorithm>
 #include <cmath>
 #include <csignal>
 #include <cstdint>
@@ -41,6 +47,24 @@ void writePortFile(const std::string& path, std::uint16_t port) {
     if (!file) throw std::runtime_error("cannot write " + unfinished);
   }
   std::filesystem::rename(unfinished, path);
+}
+
+/// Every connection is a descriptor. What the system lets a program have without asking is often less than what it lets it
+/// have; with too few, connections wait to be taken.
+void raiseDescriptorLimit(std::size_t connections) {
+#ifdef RLIMIT_NOFILE
+  constexpr rlim_t kOthers = 200;
+  rlimit limit{};
+  if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return;
+  const rlim_t wanted = connections + kOthers;
+  if (limit.rlim_cur >= wanted) return;
+  limit.rlim_cur = std::min(wanted, limit.rlim_max);
+  setrlimit(RLIMIT_NOFILE, &limit);
+  if (limit.rlim_cur < wanted) {
+    logLine(*Log::getLog("holdem.server", LogCategory::Network), 0, "few-descriptors limit={} wanted={}",
+            limit.rlim_cur, wanted);
+  }
+#endif
 }
 
 /// Runs the server until it has drained.
@@ -304,6 +328,7 @@ int main(int argc, char** argv) {
     settings.house.tables = tables.settings();
     settings.house.tournaments = tables.tourSettings();
     if (settings.house.inviteTime.count() == 0) throw std::runtime_error("the invite time must be above 0");
+    raiseDescriptorLimit(settings.maxConnections);
     const bool sound = serve(settings, portFile, transcript.get(), recordFile);
     if (dumpOnExit) DebugStaticLogger::instance()->dumpDataIntoLog("holdem.pools");
     if (!sound) throw std::runtime_error("chips are lost or came from nowhere; the log has the sums");

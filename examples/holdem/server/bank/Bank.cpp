@@ -356,10 +356,15 @@ Bank::~Bank() = default;
 std::optional<AccountID> Bank::openAccount(const std::string& name, std::string_view password, const std::string& email,
                                            RealMoneyType gift) {
   if (!isAcceptableName(name) || !isAcceptablePassword(password)) throw BankError("no acceptable name and password");
+  return openHashedAccount(name, hashPassword(password, passwordCost_), email, gift);
+}
+
+std::optional<AccountID> Bank::openHashedAccount(const std::string& name, const std::string& hash,
+                                                 const std::string& email, RealMoneyType gift) {
+  if (!isAcceptableName(name)) throw BankError("no acceptable name");
   if (gift < kZeroMoney || gift > kLargestMoney) throw BankError(fmt::format("{} is no gift", gift.toString()));
   return guarded("opening an account", [&]() -> std::optional<AccountID> {
     if (Query(store_->findAccount, name).next()) return std::nullopt;
-    const std::string hash = hashPassword(password, passwordCost_);
     SQLite::Transaction transaction = store_->begin();
     Query(store_->openAccount, name, hash, email.size() > kLongestEmail ? std::string() : email, gift).run();
     const AccountID account{store_->database.getLastInsertRowid()};
@@ -369,16 +374,26 @@ std::optional<AccountID> Bank::openAccount(const std::string& name, std::string_
   });
 }
 
+std::optional<Account> Bank::find(const std::string& name) {
+  return guarded("looking for an account", [&]() -> std::optional<Account> {
+    Query account(store_->findAccount, name);
+    if (!account.next()) return std::nullopt;
+    return Account{account.account(0), account.text(1), account.money(3)};
+  });
+}
+
+std::string Bank::passwordHash(const std::string& name) {
+  return guarded("looking for an account", [&] {
+    Query account(store_->findAccount, name);
+    return account.next() ? account.text(2) : decoy_;
+  });
+}
+
 std::optional<Account> Bank::logOn(const std::string& name, std::string_view password) {
   // Tells nothing by its haste: it depends on what was sent alone.
   if (!isAcceptableName(name) || !isAcceptablePassword(password)) return std::nullopt;
-  return guarded("logging on", [&]() -> std::optional<Account> {
-    Query account(store_->findAccount, name);
-    const bool exists = account.next();
-    const bool matches = passwordMatches(password, exists ? account.text(2) : decoy_);
-    if (!exists || !matches) return std::nullopt;
-    return Account{account.account(0), account.text(1), account.money(3)};
-  });
+  const bool matches = passwordMatches(password, passwordHash(name));
+  return matches ? find(name) : std::nullopt;
 }
 
 RealMoneyType Bank::balance(AccountID account) {

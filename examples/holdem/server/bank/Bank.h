@@ -135,14 +135,23 @@ class Bank {
   explicit Bank(const BankSettings& settings);
   ~Bank();
 
-  /// @param name, password  acceptable ones
+  /// @param name, password  acceptable ones; the password is hashed here, see PasswordWorker for who may not wait for that
   /// @param email  only kept; not if it is longer than an address can be (254 bytes)
   /// @param gift  what the account begins with, 0 to kLargestMoney
   /// @return nothing when the name is taken; upper and lower case are the same
   std::optional<AccountID> openAccount(const std::string& name, std::string_view password, const std::string& email,
                                        RealMoneyType gift);
+  /// @param hash  of an acceptable password, as hashPassword() makes it at passwordCost()
+  std::optional<AccountID> openHashedAccount(const std::string& name, const std::string& hash, const std::string& email,
+                                             RealMoneyType gift);
+  unsigned passwordCost() const { return passwordCost_; }
 
-  /// Takes as long when there is no such account, as long as all were opened at the same cost.
+  /// nothing when there is no such account; upper and lower case are the same
+  std::optional<Account> find(const std::string& name);
+  /// What passwordMatches() wants. For an unknown name there is one as well that no password matches, so that the work
+  /// does not tell which names there are, as long as all accounts were opened at the same cost.
+  std::string passwordHash(const std::string& name);
+  /// All at once, for who may wait for the hash.
   /// @return nothing for an unknown name or a wrong password
   std::optional<Account> logOn(const std::string& name, std::string_view password);
 
