@@ -48,14 +48,14 @@ constexpr T number(T value) {
 }
 
 /// Comparisons, turned or with the bound moved by one.
-#define CP_COMPARISON(name, op)                              \
-  template <int Turn, int Bound, class A, class B>           \
-  constexpr bool name(const A& a, const B& b) {              \
-    if (on<Turn>()) return !static_cast<bool>(a op b);       \
-    if constexpr (Bound != 0) {                              \
-      if (on<Bound>()) return !static_cast<bool>(b op a);    \
-    }                                                        \
-    return static_cast<bool>(a op b);                        \
+#define CP_COMPARISON(name, op)                           \
+  template <int Turn, int Bound, class A, class B>        \
+  constexpr bool name(const A& a, const B& b) {           \
+    if (on<Turn>()) return !static_cast<bool>(a op b);    \
+    if constexpr (Bound != 0) {                           \
+      if (on<Bound>()) return !static_cast<bool>(b op a); \
+    }                                                     \
+    return static_cast<bool>(a op b);                     \
   }
 CP_COMPARISON(less, <)
 CP_COMPARISON(lessOrEqual, <=)
@@ -64,11 +64,11 @@ CP_COMPARISON(greaterOrEqual, >=)
 CP_COMPARISON(equal, ==)
 CP_COMPARISON(notEqual, !=)
 
-#define CP_ARITHMETIC(name, op, other)                              \
-  template <int N, class A, class B>                                \
-  constexpr auto name(const A& a, const B& b) -> decltype(a op b) { \
-    if (on<N>()) return static_cast<decltype(a op b)>(a other b);   \
-    return a op b;                                                  \
+#define CP_ARITHMETIC(name, op, other)                            \
+  template <int N, class A, class B>                              \
+  constexpr auto name(const A& a, const B& b)->decltype(a op b) { \
+    if (on<N>()) return static_cast<decltype(a op b)>(a other b); \
+    return a op b;                                                \
   }
 CP_ARITHMETIC(plus, +, -)
 CP_ARITHMETIC(times, *, /)
@@ -91,11 +91,11 @@ constexpr auto minus(const A& a, const B& b) -> decltype(a - b) {
   return a - b;
 }
 
-#define CP_ASSIGNMENT(name, op, other)                  \
-  template <int N, class A, class B>                    \
-  constexpr decltype(auto) name(A& a, const B& b) {     \
-    if (on<N>()) return a other b;                      \
-    return a op b;                                      \
+#define CP_ASSIGNMENT(name, op, other)              \
+  template <int N, class A, class B>                \
+  constexpr decltype(auto) name(A& a, const B& b) { \
+    if (on<N>()) return a other b;                  \
+    return a op b;                                  \
   }
 CP_ASSIGNMENT(add, +=, -=)
 CP_ASSIGNMENT(subtract, -=, +=)
