@@ -54,6 +54,14 @@ if(CP_SANITIZE)
   endif()
 endif()
 
+option(CP_COVERAGE "Count which lines and branches run, with g++'s counters" OFF)
+if(CP_COVERAGE)
+  add_compile_options(--coverage -fno-inline -fprofile-update=atomic)
+  add_link_options(--coverage)
+  # Behind what a folder's own options say: an optimizer moves and joins branches.
+  target_compile_options(cp_warnings INTERFACE -O0)
+endif()
+
 # What a shared library of ours adds: every symbol must be found when it is linked, not when it is loaded; and the
 # library calls its own exported functions directly, which lets the compiler inline them.
 function(cp_shared_library target)
