@@ -85,7 +85,7 @@ std::vector<Bytes> fuzz::seeds() {
   const std::vector<Bytes> commands = goldenCommands();
   for (std::size_t first = 0; first < commands.size(); first += 40) {
     PcapngWriter writer("fuzz");
-    for (std::size_t i = first; i < std::min(first + 5, commands.size()); ++i) {
+    for (std::size_t i = first; i < std::min(first + 2, commands.size()); ++i) {
       Bytes frame;
       appendFrame(frame, commands[i]);
       writer.write({.bytes = frame,
@@ -154,7 +154,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::size_t whole = 0;
   readAll(capture, SIZE_MAX, [&](const CapturedFrame& frame) {
     told = mixed(told, frame);
-    if (!frame.problem.empty()) return;
+    if (!frame.problem.empty() || size % 4 != 0) return;  // writing is slow beside reading
     writer.write(frame, {});
     ++whole;
   });
