@@ -86,7 +86,7 @@ std::vector<Bytes> fuzz::seeds() {
   for (std::uint8_t session = 0; session < 4; ++session) {
     Bytes& stream = made.emplace_back(Bytes{session, session});
     for (const Bytes& command : goldenCommands()) {
-      if (stream.size() > 1000) break;
+      if (stream.size() > 250) break;
       if (command.size() < 60) appendFrame(stream, command);
     }
   }
