@@ -11,7 +11,6 @@
 #include <spdlog/details/log_msg.h>
 #include <spdlog/pattern_formatter.h>
 #include <spdlog/sinks/basic_file_sink.h>
-#include <spdlog/sinks/stdout_sinks.h>
 
 #include <algorithm>
 #include <array>
@@ -91,8 +90,7 @@ class Router {
       } catch (...) {  // the standard error takes the line
       }
     }
-    standardError_.log(line);
-    standardError_.flush();
+    toStandardError(line);
   }
 
   void setFunction(std::function<void(const LogRecord&)> function) {
@@ -113,7 +111,17 @@ class Router {
  private:
   using Function = std::function<void(const LogRecord&)>;
 
-  Router() { standardError_.set_formatter(lineFormatter(spdlog::details::os::default_eol)); }
+  Router() = default;
+
+  /// Through the C library, which knows where a program has pointed its standard error meanwhile. (A handle of Windows
+  /// that was kept from the start would be closed then, and the lines lost.)
+  void toStandardError(const spdlog::details::log_msg& line) {
+    spdlog::memory_buf_t buffer;
+    formatter_->format(line, buffer);
+    buffer.push_back('\n');
+    std::fwrite(buffer.data(), 1, buffer.size(), stderr);
+    std::fflush(stderr);
+  }
 
   void call(LogRecord record, const spdlog::details::log_msg& line) {
     struct Inside {
@@ -135,7 +143,6 @@ class Router {
   bool inSink_ = false;
   std::shared_ptr<Function> function_;
   std::shared_ptr<spdlog::sinks::sink> file_;
-  spdlog::sinks::stderr_sink_st standardError_;
   std::unique_ptr<spdlog::formatter> formatter_ = lineFormatter("");
 };
 

@@ -6,6 +6,12 @@
 #include <stdexcept>
 #include <system_error>
 
+#ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
+#include <sys/stat.h>
+#endif
+
 namespace poker {
 
 namespace {
@@ -25,10 +31,20 @@ std::size_t wholeBlocks(std::span<const std::uint8_t> blocks, std::size_t writte
 
 std::string why(const std::string& path, int error) { return path + ": " + std::generic_category().message(error); }
 
+/// Null when it cannot be made, or is there already.
+std::FILE* newFile(const char* path) {
+#ifdef _WIN32  // where fopen may overwrite it all the same
+  const int file = _open(path, _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY, _S_IREAD | _S_IWRITE);
+  return file < 0 ? nullptr : _fdopen(file, "wb");
+#else
+  return std::fopen(path, "wbx");
+#endif
+}
+
 }  // namespace
 
 PcapngFile::PcapngFile(const std::string& path, std::string_view application) : path_(path), writer_(application) {
-  file_.reset(std::fopen(path.c_str(), "wbx"));  // x: not when it is there
+  file_.reset(newFile(path.c_str()));
   if (file_ == nullptr) throw std::runtime_error(why(path, errno));
   std::setvbuf(file_.get(), nullptr, _IONBF, 0);
   flush();

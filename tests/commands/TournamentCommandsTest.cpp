@@ -95,7 +95,7 @@ TEST(SrvTourStartInfo, KnowsItsSpecialCounts) {
     EXPECT_EQ(states(0x7FFFFFFC, seconds), std::vector<bool>({false, seconds == 0, false}));
     EXPECT_EQ(states(3, seconds), std::vector<bool>({false, false, false}));
   }
-  const auto info = make<SrvTourStartInfo>(SrvTourStartInfo::HostBreakSpecialPlayerCountValue, 5);
+  const auto info = make<SrvTourStartInfo>(+SrvTourStartInfo::HostBreakSpecialPlayerCountValue, 5);
   info->setSeconds(0);
   EXPECT_TRUE(info->isSuspended());
 }

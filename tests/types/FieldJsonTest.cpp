@@ -1,3 +1,6 @@
+// The records here are this program's: a compiler for Windows must not look for them in the DLL.
+#define COMMANDPROCESSOR_STATIC
+
 #include <CommandProcessor/types/DbRecordImpl.h>
 #include <CommandProcessor/types/FieldJson.h>
 #include <CommandProcessor/types/TourMoneyChooser.h>
