@@ -138,5 +138,36 @@ TYPED_TEST(ElementCount, IsTheVisitorsChoice) {
   }
 }
 
+struct Nothing : Record<Nothing> {
+  static void fields(auto&, auto&&) {}
+};
+/// Elements that take no byte, or no more than their count.
+struct Sparse : Record<Sparse> {
+  std::vector<Nothing> nothings;
+  std::vector<Apart> aparts;
+  FlatMultimap<std::uint16_t, Row> rowsOnDemand;
+  static void fields(auto& self, auto&& field) {
+    field("nothings", list<std::uint8_t>(self.nothings));
+    field("aparts", list<std::uint8_t>(self.aparts));
+    field.present("hasRows", !self.rowsOnDemand.empty(),
+                  [&](auto& part) { part("rows", rows<std::uint8_t>(self.rowsOnDemand, &Row::key)); });
+  }
+};
+
+TEST(ElementCounts, OfElementsWithoutBytesIsBelieved) {
+  Sparse sparse;
+  sparse.rowsOnDemand.insert({1, Row()});
+  ASSERT_EQ(decode(sparse, hex("03  02 00 00  00")), "");
+  EXPECT_EQ(sparse.nothings.size(), 3u);
+  EXPECT_EQ(sparse.aparts.size(), 2u);
+  EXPECT_TRUE(sparse.rowsOnDemand.empty()) << "rows of an earlier use stayed";
+}
+
+TEST(ElementCounts, OfAListWhoseCountStandsApartMustFitToo) {
+  Apart apart;
+  apart.held.resize(256);
+  EXPECT_FALSE(apart.fitsOnWire());
+}
+
 }  // namespace
 }  // namespace poker::test
