@@ -169,5 +169,42 @@ TEST(ElementCounts, OfAListWhoseCountStandsApartMustFitToo) {
   EXPECT_FALSE(apart.fitsOnWire());
 }
 
+/// Parts that say of themselves whether they are there, inside a part and inside a list.
+struct Optional : Record<Optional> {
+  std::string password;
+  std::string name;
+  static void fields(auto& self, auto&& field) {
+    field.present("hasPassword", !self.password.empty(), [&](auto& part) { part("password", secret(self.password)); });
+    field.unless("unnamed", self.name.empty(), [&](auto& part) { part("name", text<4>(self.name)); });
+    field.zeros(2);
+  }
+};
+struct Optionals : Record<Optionals> {
+  Optional whole;
+  std::vector<Optional> listed;
+  static void fields(auto& self, auto&& field) {
+    field.present("hasWhole", !self.whole.name.empty(), [&](auto& part) { Optional::fields(self.whole, part); });
+    field("listed", list<std::uint8_t>(self.listed));
+  }
+};
+
+TEST(OptionalParts, AreClearedMeasuredAndWipedWhereverTheyStand) {
+  Optionals held;
+  held.whole = {{}, "pass", "name"};
+  held.listed = {{{}, "word", "long"}};
+  EXPECT_TRUE(held.fitsOnWire());
+  Optionals unfit = held;
+  unfit.listed[0].name += '!';
+  EXPECT_FALSE(unfit.fitsOnWire());
+
+  SecretWiper wiper;
+  FieldAccess::fields(held, wiper);
+  EXPECT_EQ(held.whole.password + held.listed[0].password, "");
+  held.whole.password = "pass";
+  ASSERT_EQ(decode(held, hex("00  02  00 01 00 00  00 01 00 00")), "");
+  EXPECT_EQ(held.whole.password + held.whole.name, "") << "an absent part keeps its earlier values";
+  EXPECT_EQ(held.listed.size(), 2u);
+}
+
 }  // namespace
 }  // namespace poker::test
