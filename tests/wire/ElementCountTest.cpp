@@ -4,7 +4,9 @@
 #include <CommandProcessor/types/TypeCodecs.h>
 #include <CommandProcessor/wire/FlatMultimap.h>
 #include <CommandProcessor/wire/FlatSet.h>
+#include <CommandProcessor/wire/RawDataHolder.h>
 #include <CommandProcessor/wire/RecordImpl.h>
+#include <CommandProcessor/wire/StringVector.h>
 #include <tests/support/WireBytes.h>
 
 #include <gtest/gtest.h>
@@ -204,6 +206,15 @@ TEST(OptionalParts, AreClearedMeasuredAndWipedWhereverTheyStand) {
   ASSERT_EQ(decode(held, hex("00  02  00 01 00 00  00 01 00 00")), "");
   EXPECT_EQ(held.whole.password + held.whole.name, "") << "an absent part keeps its earlier values";
   EXPECT_EQ(held.listed.size(), 2u);
+}
+
+TEST(SmallContainers, CompareByWhatTheyHold) {
+  EXPECT_EQ((FlatSet<int>{3, 1, 3}).size(), 2u);
+  EXPECT_TRUE((StringVector{"a", "b"} == StringVector{"a", "b"}) && !(StringVector{"a"} == StringVector{"b"}));
+  RawDataHolder block("ab", 2);
+  EXPECT_TRUE(block == RawDataHolder("ab", 2) && !(block == RawDataHolder("ac", 2)));
+  block.clear();
+  EXPECT_TRUE(block.empty());
 }
 
 }  // namespace
