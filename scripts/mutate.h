@@ -91,10 +91,15 @@ constexpr auto minus(const A& a, const B& b) -> decltype(a - b) {
   return a - b;
 }
 
+/// What has no counterpart is left undone.
 #define CP_ASSIGNMENT(name, op, other)              \
   template <int N, class A, class B>                \
   constexpr decltype(auto) name(A& a, const B& b) { \
-    if (on<N>()) return a other b;                  \
+    if constexpr (requires { a other b; }) {        \
+      if (on<N>()) return a other b;                \
+    } else {                                        \
+      if (on<N>()) return a;                        \
+    }                                               \
     return a op b;                                  \
   }
 CP_ASSIGNMENT(add, +=, -=)

@@ -37,6 +37,11 @@ TEST(PoolMemory, EveryNewObjectIsOneAllocationAndGivingBackIsNone) {
   }
 }
 
+TEST(Queue, ACopyHasAnEventOnlyWhenTheOtherHasOne) {
+  Queue<int*> plain(false), copy(plain);
+  EXPECT_EQ(copy.getInEvent(), nullptr);
+}
+
 TEST(MemoryDump, AnAssignedRegisterTellsTheSame) {
   const DebugStaticLogger::DebugStaticLoggerData data{7, 1};
   DebugStaticLogger first, second;

@@ -4,7 +4,9 @@
 #include <CommandProcessor/types/TypeCodecs.h>
 #include <CommandProcessor/wire/FlatMultimap.h>
 #include <CommandProcessor/wire/FlatSet.h>
+#include <CommandProcessor/wire/RawDataHolder.h>
 #include <CommandProcessor/wire/RecordImpl.h>
+#include <CommandProcessor/wire/StringVector.h>
 #include <tests/support/WireBytes.h>
 
 #include <gtest/gtest.h>
@@ -136,6 +138,83 @@ TYPED_TEST(ElementCount, IsTheVisitorsChoice) {
     record.assignFields(none);
     EXPECT_EQ(encode(record), encode(TypeParam()));
   }
+}
+
+struct Nothing : Record<Nothing> {
+  static void fields(auto&, auto&&) {}
+};
+/// Elements that take no byte, or no more than their count.
+struct Sparse : Record<Sparse> {
+  std::vector<Nothing> nothings;
+  std::vector<Apart> aparts;
+  FlatMultimap<std::uint16_t, Row> rowsOnDemand;
+  static void fields(auto& self, auto&& field) {
+    field("nothings", list<std::uint8_t>(self.nothings));
+    field("aparts", list<std::uint8_t>(self.aparts));
+    field.present("hasRows", !self.rowsOnDemand.empty(),
+                  [&](auto& part) { part("rows", rows<std::uint8_t>(self.rowsOnDemand, &Row::key)); });
+  }
+};
+
+TEST(ElementCounts, OfElementsWithoutBytesIsBelieved) {
+  Sparse sparse;
+  sparse.rowsOnDemand.insert({1, Row()});
+  ASSERT_EQ(decode(sparse, hex("03  02 00 00  00")), "");
+  EXPECT_EQ(sparse.nothings.size(), 3u);
+  EXPECT_EQ(sparse.aparts.size(), 2u);
+  EXPECT_TRUE(sparse.rowsOnDemand.empty()) << "rows of an earlier use stayed";
+}
+
+TEST(ElementCounts, OfAListWhoseCountStandsApartMustFitToo) {
+  Apart apart;
+  apart.held.resize(256);
+  EXPECT_FALSE(apart.fitsOnWire());
+}
+
+/// Parts that say of themselves whether they are there, inside a part and inside a list.
+struct Optional : Record<Optional> {
+  std::string password;
+  std::string name;
+  static void fields(auto& self, auto&& field) {
+    field.present("hasPassword", !self.password.empty(), [&](auto& part) { part("password", secret(self.password)); });
+    field.unless("unnamed", self.name.empty(), [&](auto& part) { part("name", text<4>(self.name)); });
+    field.zeros(2);
+  }
+};
+struct Optionals : Record<Optionals> {
+  Optional whole;
+  std::vector<Optional> listed;
+  static void fields(auto& self, auto&& field) {
+    field.present("hasWhole", !self.whole.name.empty(), [&](auto& part) { Optional::fields(self.whole, part); });
+    field("listed", list<std::uint8_t>(self.listed));
+  }
+};
+
+TEST(OptionalParts, AreClearedMeasuredAndWipedWhereverTheyStand) {
+  Optionals held;
+  held.whole = {{}, "pass", "name"};
+  held.listed = {{{}, "word", "long"}};
+  EXPECT_TRUE(held.fitsOnWire());
+  Optionals unfit = held;
+  unfit.listed[0].name += '!';
+  EXPECT_FALSE(unfit.fitsOnWire());
+
+  SecretWiper wiper;
+  FieldAccess::fields(held, wiper);
+  EXPECT_EQ(held.whole.password + held.listed[0].password, "");
+  held.whole.password = "pass";
+  ASSERT_EQ(decode(held, hex("00  02  00 01 00 00  00 01 00 00")), "");
+  EXPECT_EQ(held.whole.password + held.whole.name, "") << "an absent part keeps its earlier values";
+  EXPECT_EQ(held.listed.size(), 2u);
+}
+
+TEST(SmallContainers, CompareByWhatTheyHold) {
+  EXPECT_EQ((FlatSet<int>{3, 1, 3}).size(), 2u);
+  EXPECT_TRUE((StringVector{"a", "b"} == StringVector{"a", "b"}) && !(StringVector{"a"} == StringVector{"b"}));
+  RawDataHolder block("ab", 2);
+  EXPECT_TRUE(block == RawDataHolder("ab", 2) && !(block == RawDataHolder("ac", 2)));
+  block.clear();
+  EXPECT_TRUE(block.empty());
 }
 
 }  // namespace
