@@ -143,10 +143,13 @@ constexpr Asymmetry kLawful[] = {
     {"SrvLevelSwitch.level", "held in 16 bits of the 32 that travel"},
 };
 
+/// Kinds of fields of which several forms mean the same, and one is written.
+bool hasManyForms(const SchemaField& field) {
+  return field.type == FieldType::Bool || field.type == FieldType::Zeros || field.isPacked();
+}
+
 bool isLawful(std::string_view name, const SchemaField& field) {
-  if (field.type == FieldType::Bool || field.type == FieldType::Zeros || field.isPacked() || field.belowOneIsNone)
-    return true;
-  if (field.type == FieldType::Map || name.ends_with(".key")) return true;
+  if (field.belowOneIsNone || field.type == FieldType::Map || name.ends_with(".key")) return true;
   return std::any_of(std::begin(kLawful), std::end(kLawful),
                      [&](const Asymmetry& lawful) { return name.ends_with(lawful.field); });
 }
@@ -264,10 +267,10 @@ class Attack {
     const auto before = piecesOf(bytes), after = piecesOf(written);
     for (std::size_t i = 0; i < std::min(before.size(), after.size()); ++i) {
       if (before[i].bytes == after[i].bytes && before[i].path == after[i].path) continue;
+      if (before[i].path == after[i].path && hasManyForms(*before[i].field)) continue;
       const std::string name = fieldName(its_, before[i].path);
       check(isLawful(name, *before[i].field), ("writes another " + name).c_str(), bytes);
-      // From here on a list may be shorter and a part may be gone.
-      if (before[i].path != after[i].path || before[i].bytes.size() != after[i].bytes.size()) return;
+      return;  // what follows stands in another order, or is gone
     }
   }
 
@@ -311,6 +314,7 @@ TEST(Damage, IsReadOrRefusedByEveryDecoderAlikeWithinItsBounds) {
     for (const Bytes& message : messages) {
       count(message);
       DamageExtent extent{.keep = 2};
+      if (message.size() > 128) extent = {.keep = 2, .places = 64, .values = 32};
       if (message.size() > 512) extent = {.keep = 2, .places = 16, .values = 8};
       if (kSanitized) extent = {.keep = 2, .places = 8, .values = 8};
       forEachDamage(message, count, extent);

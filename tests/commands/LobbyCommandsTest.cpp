@@ -2,6 +2,7 @@
 #include <CommandProcessor/types/FieldJson.h>
 #include <CommandProcessor/wire/SrvCompressedCommands.h>
 #include <hostkit/CommandHandle.h>
+#include <tests/support/AllocationCounter.h>
 #include <tests/support/WireBytes.h>
 
 #include <gtest/gtest.h>
