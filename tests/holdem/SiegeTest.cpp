@@ -34,8 +34,8 @@ constexpr bool kSanitized =
 TEST(Siege, TheServerIsAttackedKilledAndBroughtBackAndNothingIsLost) {
   const test::TempFolder folder;
   SiegeSettings settings;
-  settings.connections = 120;
-  settings.attackers = 0.25;
+  settings.connections = 100;
+  settings.attackers = 0.3;
   settings.tables = 2;
   settings.seconds = 10s;
   settings.rounds = 2;

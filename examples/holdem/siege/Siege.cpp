@@ -173,7 +173,7 @@ class Siege {
       crowd_->begin();
       if (faulted_) faulted_->begin();
     });
-    if (!awaitAll("coming in", 20s + std::chrono::milliseconds(honest() * 100))) {
+    if (!awaitAll("coming in", 20s + std::chrono::milliseconds(honest() * 300))) {
       throw std::runtime_error(
           fmt::format("only {} of {} honest clients have come in: {}", inside(), honest(), whyGone()));
     }
@@ -255,7 +255,7 @@ class Siege {
     server_->start();
     report_.samples.clear();
     serverStart_ = Clock::now();
-    if (!awaitAll("coming back", 60s + std::chrono::milliseconds(honest() * 100))) {
+    if (!awaitAll("coming back", 60s + std::chrono::milliseconds(honest() * 300))) {
       if (!stops_)
         breakBound(
             fmt::format("only {} of {} honest clients came back after the kill: {}", inside(), honest(), whyGone()));
