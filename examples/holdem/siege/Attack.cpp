@@ -164,8 +164,8 @@ class Attackers::Attacker : public std::enable_shared_from_this<Attacker> {
     std::size_t taken = 0;
     while (isOpen_ && input_.size() - taken >= kShortestFrame) {
       const std::uint8_t* length = input_.data() + taken;
-      const std::size_t size = length[0] | length[1] << 8 | length[2] << 16;
-      if (input_.size() - taken < size) break;
+      const std::size_t size = length[0] | std::size_t{length[1]} << 8 | std::size_t{length[2]} << 16;
+      if (size < kShortestFrame || input_.size() - taken < size) break;
       onFrame(std::span(input_).subspan(taken, size));
       taken += size;
     }
