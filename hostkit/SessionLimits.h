@@ -36,6 +36,9 @@ struct SessionLimits {
   /// else waits: a peer that does not read holds so much and one frame. Besides that frame there is room for another long
   /// one; a host that sends longer ones does so one after the other.
   std::uint32_t outputHard = 512 * 1024;
+  /// Server: so many bytes, more or less, the system may hold of a connection in each direction, besides what is counted
+  /// above; 0: as many as it likes, which on Linux are megabytes.
+  std::uint32_t systemBuffer = 128 * 1024;
   RateLimit rate;
   /// Server: so many bytes for one client in one turn of the loop are worth compressing; 0: none are.
   std::uint32_t batchFrom = 512;

@@ -6,6 +6,7 @@
 
 #include <asio/ip/address.hpp>
 #include <asio/post.hpp>
+#include <asio/socket_base.hpp>
 
 #include <algorithm>
 #include <chrono>
@@ -37,10 +38,24 @@ TcpServer::TcpServer(asio::io_context& context, ServerOptions options, SessionEv
     : context_(context),
       events_(events),
       maxConnections_(options.maxConnections),
+      acceptor_(listenOn(context, options)),
       sessionOptions_(std::make_shared<const SessionOptions>(std::move(options.session))),
-      acceptor_(context, asio::ip::tcp::endpoint(asio::ip::make_address(options.address), options.port)),
       retry_(context),
       port_(acceptor_.local_endpoint().port()) {}
+
+// The buffers are set before that, since connections inherit them and a window is agreed on at its start.
+TcpServer::Acceptor TcpServer::listenOn(asio::io_context& context, const ServerOptions& options) {
+  const asio::ip::tcp::endpoint endpoint(asio::ip::make_address(options.address), options.port);
+  Acceptor acceptor(context, endpoint.protocol());
+  acceptor.set_option(asio::socket_base::reuse_address(true));
+  if (const auto bytes = static_cast<int>(std::min(options.session.limits.systemBuffer, 1U << 30)); bytes != 0) {
+    acceptor.set_option(asio::socket_base::receive_buffer_size(bytes));
+    acceptor.set_option(asio::socket_base::send_buffer_size(bytes));
+  }
+  acceptor.bind(endpoint);
+  acceptor.listen();
+  return acceptor;
+}
 
 TcpServer::~TcpServer() {
   sessions_.forEach([](const ConnectionID&, const std::shared_ptr<TcpSession>& session) { session->abandon(); });

@@ -64,6 +64,7 @@ class TcpServer {
   /// What the loop's operations hold, so that they find out when the server is gone.
   struct Alive {};
 
+  static Acceptor listenOn(asio::io_context& context, const ServerOptions& options);
   void acceptNext();
   void onAccept(const std::error_code& failure, TcpSession::Socket socket);
   void takeIn(TcpSession::Socket socket);
@@ -74,8 +75,8 @@ class TcpServer {
   asio::io_context& context_;
   SessionEvents& events_;
   std::size_t maxConnections_;
-  std::shared_ptr<const SessionOptions> sessionOptions_;
   Acceptor acceptor_;
+  std::shared_ptr<const SessionOptions> sessionOptions_;
   asio::basic_waitable_timer<std::chrono::steady_clock, asio::wait_traits<std::chrono::steady_clock>,
                              TcpSession::Executor>
       retry_;

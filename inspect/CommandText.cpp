@@ -126,8 +126,9 @@ std::string moneyText(const RealMoneyType& amount) {
   const bool negative = amount.hundredths() < 0;
   const auto bits = static_cast<std::uint64_t>(amount.hundredths());
   const std::uint64_t hundredths = negative ? 0 - bits : bits;
-  const std::string cents = std::to_string(hundredths % 100);
-  return (negative ? "-" : "") + std::to_string(hundredths / 100) + (cents.size() < 2 ? ".0" : ".") + cents;
+  std::string text = negative ? "-" : "";
+  text.append(std::to_string(hundredths / 100)).append(hundredths % 100 < 10 ? ".0" : ".");
+  return text.append(std::to_string(hundredths % 100));
 }
 
 std::string cardText(const Card& card) {

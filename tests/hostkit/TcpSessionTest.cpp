@@ -299,6 +299,7 @@ TEST_F(Tcp, ASlowReaderIsCutAtTheHardLimitOrAfterTheSoftTime) {
     EXPECT_EQ(server.closed[slow->id().value()], hard ? CloseReason::OutputOverflow : CloseReason::OutputStalled);
     EXPECT_LE(most, hard ? limits.outputHard + notice.size() : limits.outputSoft);
     EXPECT_FALSE(slow->sendFrame(notice));
+    EXPECT_LT(slow->counters().bytesOut, 1024u * 1024) << "nor does the system hold megabytes for it";
     other.send(kHandShake);
     EXPECT_TRUE(until([&] { return other.received().size() == 6; })) << "the others go on";
   }
