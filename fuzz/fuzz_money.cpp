@@ -106,7 +106,7 @@ std::vector<Bytes> fuzz::seeds() {
   std::vector<Bytes> made;
   for (const char* text : {"0", "12.50", "-0.05", " +1.25", "92233720368547758.07", "-92233720368547758.08", "1.5-",
                            "$7.x", "99999999999999999999.99", "1e3", "abc.25", "--5", "\t\n-1"}) {
-    made.push_back(bytesOf("t" + std::string(text)));
+    made.push_back(bytesOf(std::string("t").append(text)));
   }
   Bytes numbers(25, 0xFF);
   for (const char kind : {'a', 'd', 's'}) {

@@ -46,11 +46,11 @@ std::string textOfV6(const std::array<std::uint8_t, 16>& address) {
 std::string toText(const NetworkEnd& end) {
   std::string text;
   if (end.isV6) {
-    text = '[' + textOfV6(end.address) + ']';
+    text.append("[").append(textOfV6(end.address)).append("]");
   } else {
-    for (std::size_t i = 0; i < 4; ++i) text += (i == 0 ? "" : ".") + std::to_string(end.address[i]);
+    for (std::size_t i = 0; i < 4; ++i) text.append(i == 0 ? "" : ".").append(std::to_string(end.address[i]));
   }
-  return text + ':' + std::to_string(end.port);
+  return text.append(":").append(std::to_string(end.port));
 }
 
 }  // namespace poker

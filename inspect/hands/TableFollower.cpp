@@ -358,7 +358,10 @@ void TableFollower::on(const SrvLevelSwitch& command) {
 // From hand to hand
 
 void TableFollower::faultBetween(std::string text) {
-  between_.push_back({{at_, std::move(text), false}, table_.label, lastNumber_});
+  FaultBetween& between = between_.emplace_back();
+  between.fault = {at_, std::move(text), false};
+  between.table = table_.label;
+  between.afterHand = lastNumber_;
 }
 
 /// A command of a hand that is not there.
