@@ -6,8 +6,52 @@
 #include <algorithm>
 #include <limits>
 #include <new>
+#include <optional>
+#include <span>
 
 namespace poker {
+namespace {
+
+/// zlib's working memory, a quarter of a megabyte, which a thread that packs keeps: to get it and to clear it would take
+/// longer than to pack what is usual.
+class Deflater {
+ public:
+  /// @throws std::bad_alloc  the thread has none yet, and there is no memory for one
+  static Deflater& ofThisThread() {
+    thread_local Deflater instance;
+    return instance;
+  }
+  Deflater(const Deflater&) = delete;
+  Deflater& operator=(const Deflater&) = delete;
+
+  /// @return how many bytes were written, at most as many as there is room for; nothing if that is too little
+  std::optional<std::size_t> pack(const unsigned char* bytes, unsigned size, std::span<std::uint8_t> room) {
+    deflateReset(&stream_);
+    stream_.next_in = const_cast<unsigned char*>(bytes);  // it only reads them
+    stream_.avail_in = size;
+    stream_.next_out = room.data();
+    for (;;) {
+      const auto written = static_cast<std::size_t>(stream_.next_out - room.data());
+      // zlib counts in 32 bits here.
+      stream_.avail_out =
+          static_cast<uInt>(std::min<std::uint64_t>(room.size() - written, std::numeric_limits<uInt>::max()));
+      if (stream_.avail_out == 0) return std::nullopt;
+      const int result = deflate(&stream_, Z_FINISH);
+      if (result == Z_STREAM_END) return static_cast<std::size_t>(stream_.next_out - room.data());
+      if (result != Z_OK) return std::nullopt;
+    }
+  }
+
+ private:
+  Deflater() {
+    if (deflateInit(&stream_, Z_DEFAULT_COMPRESSION) != Z_OK) throw std::bad_alloc();
+  }
+  ~Deflater() { deflateEnd(&stream_); }
+
+  z_stream stream_{};
+};
+
+}  // namespace
 
 void SrvCompressedCommands::init(const unsigned char* bytes, unsigned size) {
   if (bytes == nullptr) size = 0;
@@ -19,14 +63,12 @@ void SrvCompressedCommands::init(const unsigned char* bytes, unsigned size) {
   const std::uint64_t room = compressionRoom(size);
   if (room > body_.max_size()) throw std::bad_alloc();
   body_.resize(static_cast<std::size_t>(room));
-  // zlib counts in longs, which are 32 bits wide on some systems.
-  auto length = static_cast<uLongf>(std::min<std::uint64_t>(room, std::numeric_limits<uLongf>::max()));
-  const int result = compress2(body_.data(), &length, bytes, size, Z_DEFAULT_COMPRESSION);
-  if (const std::uint64_t produced = length; result != Z_OK || produced > std::numeric_limits<std::uint32_t>::max()) {
+  const std::optional<std::size_t> produced = Deflater::ofThisThread().pack(bytes, size, body_);
+  if (!produced || *produced > std::numeric_limits<std::uint32_t>::max()) {
     body_.clear();
     throw std::bad_alloc();
   }
-  body_.resize(length);
+  body_.resize(*produced);
   realSize_ = size;
 }
 

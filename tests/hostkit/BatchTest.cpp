@@ -192,5 +192,23 @@ TEST_F(Batches, AreLeftWhenTheSessionEndsMidway) {
   EXPECT_TRUE(session->isClosing());
 }
 
+// Its memory goes from batch to batch, and nothing of one shows in the next.
+TEST(Pack, MakesTheSameBytesAsZlibsSingleCall) {
+  std::mt19937 random(4);
+  for (const unsigned size : {0u, 1u, 700u, 40'000u, 3u, 300'000u, 40'000u, 0u, 12u}) {
+    Bytes bytes(size);
+    const unsigned kinds = size % 3 == 0 ? 256 : 4;  // that which gets smaller, and that which does not
+    for (std::uint8_t& each : bytes) each = static_cast<std::uint8_t>(random() % kinds);
+    Bytes expected(compressBound(size));
+    uLongf length = expected.size();
+    ASSERT_EQ(compress2(expected.data(), &length, bytes.data(), size, Z_DEFAULT_COMPRESSION), Z_OK);
+    expected.resize(length);
+    const auto batch = make<SrvCompressedCommands>(bytes.data(), size);
+    ASSERT_EQ(batch->compressedSize(), expected.size());
+    const Bytes frame = frameOf(*batch);
+    EXPECT_TRUE(std::equal(expected.begin(), expected.end(), frame.end() - static_cast<std::ptrdiff_t>(length)));
+  }
+}
+
 }  // namespace
 }  // namespace poker::test
