@@ -8,7 +8,8 @@
 
 namespace poker {
 
-/// How many frames a peer may send. A bucket holds `burst` of them and is filled at `framesPerSecond`.
+/// How many frames a peer may send. A bucket holds `burst` of them and is filled at `framesPerSecond`. A command counts as
+/// one frame, or as many as CommandCosts tells.
 struct RateLimit {
   double framesPerSecond = 50;  ///< 0: as many as it likes
   std::uint32_t burst = 200;
@@ -81,6 +82,10 @@ class TokenBucket {
     if (!available(now)) return false;
     if (limit_.framesPerSecond > 0) tokens_ -= 1;
     return true;
+  }
+  /// Takes tokens that may not be there yet: the next one comes so much later.
+  void charge(std::uint32_t tokens) {
+    if (limit_.framesPerSecond > 0) tokens_ -= tokens;
   }
   /// When the next token will be there, as of the last call.
   Clock::time_point next() const {

@@ -390,6 +390,8 @@ void TcpSession::deliver(std::span<const std::uint8_t> frame) {
   events_.onBytes(*this, FrameDirection::In, frame);
   CommandHandle<> command = judge(frame);
   if (!command) return;
+  const auto family = static_cast<ProcessorFamily>(frame[kLengthSlot + 1]);
+  bucket_.charge(options_->costs.of(family, frame[kLengthSlot]) - 1u);
   // Whatever the object carried, it came from here.
   command->clearConnections();
   guarded([&] {

@@ -2,6 +2,7 @@
 
 #include <CommandProcessor/commands/session/SrvErrorDisconnected.h>
 #include <CommandProcessor/types/TypeWrapper.h>
+#include <hostkit/CommandCosts.h>
 #include <hostkit/CommandHandle.h>
 #include <hostkit/Decode.h>
 #include <hostkit/HandlerMemory.h>
@@ -100,6 +101,7 @@ struct SessionOptions {
   SessionLimits limits;
   DecodePolicy policy;
   AllowedCommands allowed;
+  CommandCosts costs = {};
 
   static SessionOptions forServer() {
     return {Side::Server, SessionLimits::forServer(), DecodePolicy::of(Side::Server), AllowedCommands::forServer()};

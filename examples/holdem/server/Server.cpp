@@ -26,6 +26,16 @@ ServerOptions Server::optionsFrom(const ServerSettings& settings) {
   options.port = settings.listen.port;
   options.maxConnections = settings.maxConnections + kAnteroom;
   options.session.limits = settings.limits;
+  // What has a long answer, or one out of the bank. Who comes in and looks around has enough for all of it at once.
+  CommandCosts& costs = options.session.costs;
+  costs.set<ClConnectGame>(10);
+  costs.set<ClGetServerInfo>(20);
+  costs.set<ClGetGameInfo>(10);
+  costs.set<ClGetHandHistory>(20);
+  costs.set<ClRplGetHandHistory>(20);
+  costs.set<ClGetPlayerProfile>(10);
+  costs.set<ClGetNewPicture>(20);
+  costs.set<ClMiscGetPromoInfo>(10);
   for (const TableSettings& table : settings.house.tables) {
     if (table.takesScripts) options.session.allowed.allow<ClScriptSetDealer>(SessionState::Seated);
   }
