@@ -359,7 +359,8 @@ TEST_F(Tcp, APeerAboveItsRateIsSlowedDownOrCutOff) {
   }
   limits.rate.framesPerSecond = 0.001;
   limits.rate.cut = true;
-  for (const std::uint8_t cost : {std::uint8_t{1}, std::uint8_t{4}}) {  // of a keep-alive; the last one may cost more than is left
+  // What a keep-alive costs; the last one may cost more than is left.
+  for (const std::uint8_t cost : {std::uint8_t{1}, std::uint8_t{4}}) {
     ServerOptions options = with(limits);
     options.session.costs.set<ClKeepAlive>(cost);
     const std::size_t taken = cost == 1 ? 9 : 3;

@@ -21,6 +21,10 @@
 #include <thread>
 #include <utility>
 
+#ifdef __linux__
+#include <sched.h>
+#endif
+
 namespace poker::holdem {
 
 using Clock = std::chrono::steady_clock;
@@ -30,10 +34,23 @@ namespace {
 
 constexpr std::size_t kSeats = 6;
 
-/// An event loop on a thread of its own, for what is not to disturb the players' stop-watches.
+/// The calling thread; on Linux alone, elsewhere nothing changes.
+void runWhenNobodyElseDoes() {
+#ifdef __linux__
+  const sched_param noPriority{};
+  ::sched_setscheduler(0, SCHED_IDLE, &noPriority);
+#endif
+}
+
+/// An event loop on a thread of its own, for what is not to disturb the players' stop-watches: attackers have machines of
+/// their own in the world, and here what the server and the players leave of one.
 class Background {
  public:
-  Background() : thread_([this] { context_.run(); }) {}
+  Background()
+      : thread_([this] {
+          runWhenNobodyElseDoes();
+          context_.run();
+        }) {}
   ~Background() {
     context_.stop();
     thread_.join();
