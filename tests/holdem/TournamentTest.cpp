@@ -9,7 +9,6 @@
 
 #include <chrono>
 #include <map>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -215,35 +214,6 @@ class AllIn {
   Place& place_;
   std::vector<Entrant*> players_;
 };
-
-TEST(Tournaments, GiveAPlaceAndAPrizeToEachAndPayThem) {
-  TourSettings tour = quickTour(3);
-  tour.guaranteed = units(400);
-  tour.shares = {7000, 3000};
-  Place place(houseWith({tour}));
-  Entrant ann(place, "Ann"), bob(place, "Bob"), cleo(place, "Cleo");
-  const std::vector<Entrant*> all = {&ann, &bob, &cleo};
-  for (Entrant* each : all) ASSERT_EQ(each->enters(), Registration::Registered);
-  AllIn game(place, all);
-  for (int hand = 0; hand < 200 && !tourOf(place).isOver(); ++hand) game.playHand();
-  ASSERT_TRUE(tourOf(place).isOver());
-  const RealMoneyType expected[] = {units(945 + 280), units(945 + 120), units(945)};
-  for (Entrant* each : all) {
-    ASSERT_TRUE(each->guest.isAnswered());
-    each->guest.forget();
-    each->guest.send<ClGetTourDetails>(each->tour(), 0u);
-    const auto* details = each->guest.hears<SrvTourDetails>();
-    ASSERT_NE(details, nullptr);
-    EXPECT_TRUE(details->getInfo().finished);
-    std::size_t place_ = 0;
-    while (details->getInfo().players[place_].player.name != each->guest.name()) ++place_;
-    EXPECT_EQ(each->balance(), expected[place_]);
-  }
-  const Audit audit = place.bank().audit();
-  EXPECT_EQ(audit.difference(), kZeroMoney);
-  EXPECT_EQ(audit.rake, units(15));
-  EXPECT_EQ(audit.issued, units(3000 + 250));  // what was missing of the guarantee
-}
 
 TEST(Tournaments, MovePlayersBetweenHandsAndOnlookersWithThem) {
   TourSettings tour = quickTour(4);
