@@ -1,8 +1,8 @@
-#include "BankOutcome.h"
 #include "TempFolder.h"
 
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <examples/holdem/server/bank/TourBank.h>
+#include <examples/holdem/server/members/Members.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -25,9 +25,8 @@
 namespace poker::holdem {
 namespace {
 
-using test::Outcome;
-using test::outcomeOf;
 using test::TempFolder;
+using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::ThrowsMessage;
 
@@ -35,6 +34,18 @@ constexpr RealMoneyType cents(std::int64_t count) { return RealMoneyType::fromHu
 
 /// Cheap passwords: what they cost is nothing that a test needs.
 BankSettings settings(const std::string& file = ":memory:") { return {file, 1}; }
+
+/// How an operation of the bank ended.
+enum class Outcome { Done, Refused, Thrown };
+
+/// @param operation  false: refused
+Outcome outcomeOf(auto operation) {
+  try {
+    return operation() ? Outcome::Done : Outcome::Refused;
+  } catch (const BankError&) {
+    return Outcome::Thrown;
+  }
+}
 
 std::string bytesOf(const std::string& file) {
   std::ifstream in(file, std::ios::binary);
@@ -259,36 +270,62 @@ TEST(Bank, OpensNoFileThatIsNotItsOwn) {
   EXPECT_THROW(Bank({":memory:", 99}), BankError);
 }
 
-// A bank of the first version knew of a hand who played it, and the rest by its record alone.
-TEST(Bank, BringsAnOlderFileUpToDate) {
+/// A bank's file as a server wrote it that knew no profiles, gifts and promotions, and of a hand who played it, and the rest
+/// by its record alone.
+constexpr const char* kFirstVersion = R"sql(
+  PRAGMA application_id = 1347109425; PRAGMA user_version = 1;
+  CREATE TABLE account(id INTEGER PRIMARY KEY AUTOINCREMENT, name TEXT NOT NULL UNIQUE COLLATE NOCASE,
+    password TEXT NOT NULL, email TEXT NOT NULL, issued INTEGER NOT NULL CHECK(issued >= 0),
+    balance INTEGER NOT NULL CHECK(balance >= 0), hands_played INTEGER NOT NULL DEFAULT 0,
+    hands_won INTEGER NOT NULL DEFAULT 0) STRICT;
+  CREATE TABLE seat(account INTEGER PRIMARY KEY REFERENCES account, game INTEGER NOT NULL, seat INTEGER NOT NULL,
+    stack INTEGER NOT NULL CHECK(stack >= 0), UNIQUE(game, seat)) STRICT;
+  CREATE TABLE hand(number INTEGER PRIMARY KEY CHECK(number > 0), game INTEGER NOT NULL,
+    rake INTEGER NOT NULL CHECK(rake >= 0), record TEXT NOT NULL) STRICT;
+  CREATE TABLE hand_player(account INTEGER NOT NULL REFERENCES account, hand INTEGER NOT NULL REFERENCES hand,
+    PRIMARY KEY(account, hand)) STRICT, WITHOUT ROWID;
+  CREATE TABLE house(id INTEGER PRIMARY KEY CHECK(id = 1), rake INTEGER NOT NULL CHECK(rake >= 0)) STRICT;
+  INSERT INTO house VALUES(1, 50);
+  INSERT INTO account(name, password, email, issued, balance, hands_played) VALUES
+    ('Ann', 'the hash', '', 1000, 650, 3), ('Ben', 'x', 'ben@poker.example', 0, 0, 1);
+  INSERT INTO seat VALUES(1, 2, 3, 300);
+  INSERT INTO hand VALUES(3, 2, 50, '{"hand": 3, "began": 1795000000}'), (4, 2, 0, 'no record'),
+    (7, 2, 0, '{"hand": 7, "began": 1795000100}');
+  INSERT INTO hand_player VALUES(1, 3), (1, 4), (1, 7), (2, 7);
+)sql";
+
+TEST(Bank, TakesAFileOfAnEarlierServer) {
   const TempFolder folder;
-  const std::string file = folder.file("old");
-  const std::pair<std::uint64_t, const char*> hands[] = {
-      {3, R"({"hand": 3, "began": 1795000000})"}, {4, "no record"}, {7, R"({"hand": 7, "began": 1795000100})"}};
-  AccountID anna{};
-  {
-    Bank bank(settings(file));
-    anna = bank.openAccount("Anna", "secret", "", cents(500)).value();
-    ASSERT_TRUE(bank.sitDown(anna, 2, 0, cents(500)));
-    for (const auto& [number, record] : hands) {
-      bank.finishHand({2, number, record, {{anna, cents(500), cents(500), false}}, kZeroMoney});
-    }
-  }
-  SQLite::Database(file, SQLite::OPEN_READWRITE)
-      .exec(
-          "DROP TABLE tournament_entry; DROP TABLE tournament; ALTER TABLE hand_player DROP COLUMN tournament;"
-          "ALTER TABLE hand_player DROP COLUMN game; ALTER TABLE hand_player DROP COLUMN began;"
-          "ALTER TABLE hand_player DROP COLUMN ended; PRAGMA user_version = 3");
-  for (int opening = 0; opening < 2; ++opening) {
-    Bank bank(settings(file));
+  const std::string file = folder.file("bank");
+  SQLite::Database(file, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE).exec(kFirstVersion);
+  // The first time it is brought up to date, the second time it is.
+  for (int time = 0; time < 2; ++time) {
+    Bank bank({file, 1});
+    EXPECT_EQ(bank.audit().difference(), kZeroMoney);
+    EXPECT_EQ(bank.audit().issued, cents(1000));
+    EXPECT_EQ(bank.standings().front(), (Standing{"Ann", cents(1000), cents(650), cents(300), 3, 0}));
+    EXPECT_EQ(bank.handRecord(4), "no record");
+    EXPECT_THAT(bank.handsOf(AccountID{2}, 9), ElementsAre(7));
     HandFilter filter;
     filter.game = 2;
-    EXPECT_EQ(bank.handsOf(anna, 10, filter), (std::vector<std::uint64_t>{7, 4, 3}));
+    EXPECT_THAT(bank.handsOf(AccountID{1}, 9, filter), ElementsAre(7, 4, 3));
     filter.from = filter.to = HandFilter::Time(std::chrono::seconds(1'795'000'000));
-    EXPECT_EQ(bank.handsOf(anna, 10, filter), std::vector<std::uint64_t>{3});
+    EXPECT_THAT(bank.handsOf(AccountID{1}, 9, filter), ElementsAre(3));
     filter.game = 1;
-    EXPECT_EQ(bank.handsOf(anna, 10, filter), std::vector<std::uint64_t>{});
-    EXPECT_EQ(bank.standings().front().handsPlayed, 3);
+    EXPECT_THAT(bank.handsOf(AccountID{1}, 9, filter), ElementsAre());
+    const Gifts gifts = bank.gifts(AccountID{1}, 9);
+    ASSERT_EQ(gifts.newest.size(), 1u);
+    EXPECT_EQ(gifts.newest[0].reason, "Welcome");
+    EXPECT_EQ(gifts.newest[0].amount, cents(1000));
+    EXPECT_TRUE(bank.gifts(AccountID{2}, 9).newest.empty());
+
+    Members members(bank);
+    MemberProfileInfo info = members.profile("ann").value();
+    EXPECT_EQ(info.memberSince.bits(), 0u);
+    EXPECT_EQ(info.city, time == 0 ? "" : "Reno");
+    info.city = "Reno";
+    EXPECT_EQ(members.change(AccountID{1}, info).city, "Reno");
+    EXPECT_EQ(bank.openAccount("Cy", "secret", "", kZeroMoney).has_value(), time == 0);
   }
 }
 
@@ -363,6 +400,202 @@ TEST(Bank, LosesNothingWhenTheServerIsKilled) {
     ASSERT_EQ(bank.lastHandNumber(), expected.lastHandNumber());
   }
   EXPECT_GT(done, 100u);
+}
+
+// Each step's outcome, and all money after it, is what this small copy of the bank says.
+TEST(TourBank, KeepsMoneyThroughAnyOperations) {
+  struct Entry {
+    std::int64_t fund, fee;
+  };
+  struct Tour {
+    std::map<std::size_t, Entry> entries;  // by player
+    std::int64_t added = 0;
+    bool isOpen = true;
+
+    std::int64_t fund() const {
+      std::int64_t sum = added;
+      for (const auto& [player, entry] : entries) sum += entry.fund;
+      return sum;
+    }
+    std::int64_t fees() const {
+      std::int64_t sum = 0;
+      for (const auto& [player, entry] : entries) sum += entry.fee;
+      return sum;
+    }
+  };
+  constexpr std::size_t kPlayers = 5;
+  Bank bank(settings());
+  TourBank tours(bank);
+  std::vector<AccountID> ids;
+  std::vector<std::int64_t> balances(kPlayers, 10'000);
+  std::vector<std::uint32_t> wins(kPlayers);
+  for (std::size_t i = 0; i < kPlayers; ++i) {
+    ids.push_back(bank.openAccount("Player " + std::to_string(i), "secret", "", cents(balances[i])).value());
+  }
+  std::map<std::uint32_t, Tour> all;
+  std::int64_t rake = 0, issued = 10'000 * kPlayers;
+  std::mt19937 random(3);
+  const auto upTo = [&](std::int64_t most) { return std::uniform_int_distribution<std::int64_t>(0, most)(random); };
+  std::map<Outcome, int> outcomes;
+  for (int step = 0; step < 4000; ++step) {
+    if (step % 40 == 0) {
+      ASSERT_TRUE(all.try_emplace(tours.open("Tour")).second) << "a number was given twice";
+    }
+    const auto number = static_cast<std::uint32_t>(std::max<std::int64_t>(1, std::ssize(all) - upTo(3)));
+    Tour& tour = all.at(number);
+    const auto player = static_cast<std::size_t>(upTo(kPlayers - 1));
+    const bool isIn = tour.entries.contains(player);
+    const std::int64_t price = upTo(9000), fee = upTo(20);
+    Outcome expected = Outcome::Thrown, outcome{};
+    Tour after = tour;
+    std::vector<std::int64_t> balancesAfter = balances;
+    switch (upTo(9)) {
+      default:
+        if (tour.isOpen && !isIn) expected = price + fee > balances[player] ? Outcome::Refused : Outcome::Done;
+        outcome = outcomeOf([&] { return tours.enter(number, ids[player], cents(price), cents(fee)); });
+        after.entries[player] = {price, fee};
+        balancesAfter[player] -= price + fee;
+        break;
+      case 0:
+      case 1:
+        if (tour.isOpen && isIn) expected = price > balances[player] ? Outcome::Refused : Outcome::Done;
+        outcome = outcomeOf([&] { return tours.buyChips(number, ids[player], cents(price)); });
+        after.entries[player].fund += price;
+        balancesAfter[player] -= price;
+        break;
+      case 2:
+        if (tour.isOpen && isIn) expected = Outcome::Done;
+        outcome = outcomeOf([&] { return tours.withdraw(number, ids[player]), true; });
+        balancesAfter[player] += after.entries[player].fund + after.entries[player].fee;
+        after.entries.erase(player);
+        break;
+      case 3:
+        if (tour.isOpen && price > 0) expected = Outcome::Done;
+        outcome = outcomeOf([&] { return tours.addToFund(number, cents(price)), true; });
+        after.added += price;
+        if (outcome == Outcome::Done) issued += price;
+        break;
+      case 4:
+        if (upTo(1) != 0) {
+          if (tour.isOpen) expected = Outcome::Done;
+          outcome = outcomeOf([&] { return tours.callOff(number), true; });
+          for (const auto& [each, entry] : tour.entries) balancesAfter[each] += entry.fund + entry.fee;
+          if (outcome == Outcome::Done) issued -= tour.added;
+        } else {  // the first one wins half, the rest is shared
+          std::vector<TourBank::Prize> results;
+          std::int64_t left = tour.fund();
+          for (const auto& [each, entry] : tour.entries) {
+            const bool isLast = results.size() + 1 == tour.entries.size();
+            const std::int64_t prize = isLast ? left : left / 2;
+            left -= prize;
+            balancesAfter[each] += prize;
+            results.push_back({ids[each], static_cast<std::uint32_t>(results.size() + 1), cents(prize)});
+          }
+          std::shuffle(results.begin(), results.end(), random);
+          if (tour.isOpen && left == 0) expected = Outcome::Done;
+          outcome = outcomeOf([&] { return tours.finish(number, results), true; });
+          if (outcome == Outcome::Done) rake += tour.fees();
+          if (outcome == Outcome::Done && !results.empty()) ++wins[tour.entries.begin()->first];
+        }
+        after.isOpen = false;
+    }
+    if (outcome == Outcome::Done) {
+      tour = after;
+      balances = balancesAfter;
+    }
+    ++outcomes[outcome];
+    ASSERT_EQ(outcome, expected) << "step " << step;
+    std::int64_t held = 0;
+    for (const auto& [id, each] : all) {
+      if (each.isOpen) held += each.fund() + each.fees();
+    }
+    const Audit audit = bank.audit();
+    ASSERT_EQ(audit.difference(), kZeroMoney) << "step " << step;
+    ASSERT_EQ(audit.tournaments, cents(held)) << "step " << step;
+    ASSERT_EQ(audit.rake, cents(rake)) << "step " << step;
+    ASSERT_EQ(audit.issued, cents(issued)) << "step " << step;
+    if (tour.isOpen) {
+      ASSERT_EQ(tours.fund(number), cents(tour.fund())) << "step " << step;
+    }
+    for (std::size_t i = 0; i < kPlayers; ++i) {
+      ASSERT_EQ(bank.balance(ids[i]), cents(balances[i])) << "step " << step;
+      ASSERT_EQ(tours.wins(ids[i]), wins[i]) << "step " << step;
+    }
+  }
+  for (const Outcome outcome : {Outcome::Done, Outcome::Refused, Outcome::Thrown}) EXPECT_GT(outcomes[outcome], 100);
+}
+
+TEST(TourBank, RefusesResultsThatDoNotHold) {
+  Bank bank(settings());
+  TourBank tours(bank);
+  const auto account = [&](const char* name) { return bank.openAccount(name, "secret", "", cents(1000)).value(); };
+  const AccountID ann = account("Ann"), bob = account("Bob"), cy = account("Cy"), dan = account("Dan");
+  const std::uint32_t tour = tours.open("Sunday");
+  for (const AccountID player : {ann, bob, cy}) ASSERT_TRUE(tours.enter(tour, player, cents(500), cents(50)));
+  const auto standings = bank.standings();
+  const std::pair<std::vector<TourBank::Prize>, const char*> bad[] = {
+      {{{ann, 1, cents(1000)}, {bob, 2, cents(499)}, {cy, 3, {}}}, "prizes of 14.99"},
+      {{{ann, 1, cents(1000)}, {bob, 2, cents(501)}, {cy, 3, {}}}, "prizes of 15.01"},
+      {{{ann, 1, cents(1600)}, {bob, 2, cents(-100)}, {cy, 3, {}}}, "prize"},
+      {{{ann, 1, cents(1000)}, {bob, 2, cents(500)}}, "has no place"},
+      {{{ann, 1, cents(1000)}, {bob, 2, cents(500)}, {dan, 3, {}}}, "not in it"},
+      {{{ann, 1, cents(1000)}, {bob, 2, cents(500)}, {bob, 3, {}}}, "named twice"},
+      {{{ann, 1, cents(1000)}, {bob, 1, cents(500)}, {cy, 3, {}}}, "UNIQUE"},
+      {{{ann, 0, cents(1000)}, {bob, 1, cents(500)}, {cy, 2, {}}}, "place"},
+      {{{ann, 1, cents(1000)}, {bob, 2, cents(500)}, {cy, 4, {}}}, "no place"},
+      {{}, "has no place"},
+  };
+  for (const auto& [results, why] : bad) {
+    const auto finish = [&, &wrong = results] { tours.finish(tour, wrong); };
+    EXPECT_THAT(finish, ThrowsMessage<BankError>(HasSubstr(why)));
+    EXPECT_EQ(bank.standings(), standings) << why;
+    EXPECT_EQ(bank.audit().tournaments, cents(1650)) << why;
+    EXPECT_EQ(tours.wins(ann), 0u) << why;
+  }
+  tours.finish(tour, {{cy, 3, {}}, {ann, 1, cents(1000)}, {bob, 2, cents(500)}});
+  EXPECT_EQ(bank.balance(ann), cents(1450));
+  EXPECT_EQ(bank.audit().rake, cents(150));
+  EXPECT_EQ(tours.wins(ann), 1u);
+  EXPECT_EQ(tours.wins(bob), 0u);
+  EXPECT_THROW(tours.callOff(tour), BankError) << "the prizes are paid";
+  EXPECT_THROW(tours.wins(AccountID{77}), BankError);
+  EXPECT_THROW(tours.fund(77), BankError);
+  EXPECT_THROW(tours.enter(tours.open("Monday"), AccountID{77}, cents(0), cents(0)), BankError);
+  EXPECT_THROW(tours.enter(tours.open("Tuesday"), ann, cents(-1), cents(1)), BankError);
+}
+
+TEST(TourBank, PaysBackWhatAnEarlierServerLeftUnfinished) {
+  const TempFolder folder;
+  const BankSettings file = settings(folder.file("bank"));
+  AccountID ann{}, bob{};
+  std::uint32_t left = 0;
+  {
+    Bank bank(file);
+    TourBank tours(bank);
+    ann = bank.openAccount("Ann", "secret", "", cents(1000)).value();
+    bob = bank.openAccount("Bob", "secret", "", cents(1000)).value();
+    const std::uint32_t over = tours.open("Morning");
+    ASSERT_TRUE(tours.enter(over, ann, cents(200), cents(20)));
+    tours.finish(over, {{ann, 1, cents(200)}});
+    left = tours.open("Evening");
+    for (const AccountID player : {ann, bob}) ASSERT_TRUE(tours.enter(left, player, cents(300), cents(30)));
+    ASSERT_TRUE(tours.buyChips(left, bob, cents(300)));
+    tours.addToFund(left, cents(5000));
+  }
+  for (int start = 0; start < 2; ++start) {
+    Bank bank(file);
+    EXPECT_EQ(bank.audit().tournaments, cents(start == 0 ? 5960 : 0));
+    TourBank tours(bank);
+    EXPECT_EQ(bank.balance(ann), cents(980));
+    EXPECT_EQ(bank.balance(bob), cents(1000));
+    const Audit audit = bank.audit();
+    EXPECT_EQ(audit.tournaments, kZeroMoney);
+    EXPECT_EQ(audit.issued, cents(2000));
+    EXPECT_EQ(audit.difference(), kZeroMoney);
+    EXPECT_THROW(tours.buyChips(left, bob, cents(1)), BankError);
+    EXPECT_EQ(tours.wins(ann), 1u);
+    EXPECT_GT(tours.open("Night"), left);
+  }
 }
 
 }  // namespace

@@ -59,15 +59,13 @@ struct Entrant {
   std::uint32_t tour(std::size_t index = 0) const { return tourOf(place, index).id(); }
   Registration enters(std::size_t index = 0, const std::string& password = "",
                       const TourMoneyChooser& choice = TourMoneyChooser::empty()) {
-    const auto* result = answer<SrvTourRegisterResult, ClTourRegister>(tour(index), choice, password);
-    return result != nullptr ? result->reason() : Registration::None;
+    return guest.ask<SrvTourRegisterResult, ClTourRegister>(tour(index), choice, password).reason();
   }
   Withdrawal withdraws(std::size_t index = 0) {
-    const auto* result = answer<SrvTourUnregisterResult, ClTourUnregister>(tour(index));
-    return result != nullptr ? result->reason() : Withdrawal::None;
+    return guest.ask<SrvTourUnregisterResult, ClTourUnregister>(tour(index)).reason();
   }
-  const SrvGetExtraMoneyReply* asks(Request type, bool state = true) {
-    return answer<SrvGetExtraMoneyReply, ClGetExtraMoney>(type, state, 1u, tour(), TourMoneyChooser::empty());
+  const SrvGetExtraMoneyReply& asks(Request type) {
+    return guest.ask<SrvGetExtraMoneyReply, ClGetExtraMoney>(type, true, 1u, tour(), TourMoneyChooser::empty());
   }
   RealMoneyType balance() const {
     for (const Standing& standing : place.bank().standings()) {
@@ -85,15 +83,6 @@ struct Entrant {
   bool isAsked() const {
     const auto* turn = guest.heard<SrvUserTurn>();
     return turn != nullptr && turn->isNotify();
-  }
-
- private:
-  /// Sends a Question; null when there is no new Answer.
-  template <class Answer, class Question, class... Args>
-  const Answer* answer(Args&&... args) {
-    const std::size_t before = guest.count<Answer>();
-    guest.send<Question>(std::forward<Args>(args)...);
-    return guest.waitFor([&] { return guest.count<Answer>() > before; }) ? guest.heard<Answer>() : nullptr;
   }
 };
 

@@ -11,7 +11,6 @@
 #include <memory>
 #include <set>
 #include <string>
-#include <tuple>
 #include <vector>
 
 namespace poker::holdem {

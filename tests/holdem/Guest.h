@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -75,6 +76,14 @@ class Guest final : private SessionEvents {
     const std::size_t pings = count<SrvPing>();
     send<ClPing>();
     return waitFor([&] { return count<SrvPing>() > pings; });
+  }
+  /// Sends a Question, and waits for a new Answer.
+  template <class Answer, class Question, class... Args>
+  const Answer& ask(Args&&... args) {
+    const std::size_t before = count<Answer>();
+    send<Question>(std::forward<Args>(args)...);
+    if (!waitFor([&] { return count<Answer>() > before; })) throw std::runtime_error("no answer");
+    return *heard<Answer>();
   }
   /// Runs until a T comes; null when none does.
   template <class T>

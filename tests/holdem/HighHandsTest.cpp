@@ -1,10 +1,9 @@
-#include "Onlooker.h"
+#include "Guest.h"
 #include "TempFolder.h"
 
 #include <examples/holdem/game/CardText.h>
 
 #include <SQLiteCpp/SQLiteCpp.h>
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
@@ -18,10 +17,9 @@
 namespace poker::holdem {
 namespace {
 
-using test::Onlooker;
+using test::Guest;
 using test::Place;
 using test::TempFolder;
-using testing::ElementsAre;
 
 RealMoneyType chips(std::int64_t units) { return RealMoneyType::fromUnits(units); }
 
@@ -84,7 +82,9 @@ TEST(HighHands, PayWhoHeldTheHighestOfAllTablesOnceAlsoAcrossRestarts) {
     settings.house.tables[1].gameID = 2;
     for (TableSettings& table : settings.house.tables) table.seed = 10 + session;
     Place place(settings);
-    Onlooker onlooker(place, 99);
+    Guest onlooker(place, "Onlooker");
+    ASSERT_TRUE(onlooker.comesIn());
+    onlooker.enter(1);
     const auto& now = onlooker.ask<SrvHighHandInfo, ClGetHighHand>(false).getPromotions();
     ASSERT_EQ(now.size(), 1u);
     EXPECT_EQ(now[0].handsLeft, expected.handsLeft);
@@ -127,14 +127,21 @@ TEST(HighHands, PayWhoHeldTheHighestOfAllTablesOnceAlsoAcrossRestarts) {
     if (isLast && expected.handsLeft != kHands) expected.end();
 
     std::vector<Expected::Winner> told;
-    for (const SrvUserWonPromotion* won : onlooker.all<SrvUserWonPromotion>()) {
-      told.push_back({won->userName(), won->dealID()});
-    }
+    onlooker.each<SrvUserWonPromotion>([&](const auto& won) { told.push_back({won.userName(), won.dealID()}); });
     std::vector<Expected::Winner> won;
     for (std::size_t i = overBefore; i < expected.over.size(); ++i) {
       if (expected.over[i]) won.push_back(*expected.over[i]);
     }
     EXPECT_EQ(told, won);
+    // Every table is told of each end, and of the next beginning unless the house closes for good.
+    std::vector<int> begun, ended;
+    onlooker.each<SrvPromoNotify>([&](const SrvPromoNotify& notice) {
+      EXPECT_EQ(notice.getTargetTables(), 0u);
+      if (notice.getNotifyID() == SrvPromoNotify::Started) begun.push_back(notice.getRest());
+      if (notice.getNotifyID() == SrvPromoNotify::Finished) ended.push_back(notice.getRest());
+    });
+    EXPECT_EQ(ended, std::vector<int>(expected.over.size() - overBefore, 0));
+    EXPECT_EQ(begun, std::vector<int>(ended.size() + (session == 0 ? 1u : 0u) - (isLast ? 1u : 0u), int{kHands}));
     EXPECT_EQ(place.bank().audit().difference(), kZeroMoney);
     EXPECT_TRUE(place.server.house().report());
   }
@@ -305,27 +312,6 @@ TEST(HighHands, GoOnAsTheyBeganAndEndWhenTheHouseClosesForGood) {
   EXPECT_EQ(all[0].handsLeft, 1u);
   EXPECT_EQ(all[1].handsLeft, 0u);
   EXPECT_EQ(all[1].hands.size(), 1u);
-}
-
-TEST(HighHands, AreToldToWhoLooksOn) {
-  ServerSettings settings = test::quickServer(5, 3);
-  settings.house.highHand = {chips(70), 3};
-  Place place(settings);
-  Onlooker onlooker(place, 99);
-  std::vector<std::unique_ptr<Bot>> bots;
-  for (unsigned i = 0; i < 3; ++i) {
-    bots.push_back(std::make_unique<Bot>(place.context, place.bot(i), [](PlayerEnd, std::string_view) {}));
-    bots.back()->start();
-  }
-  ASSERT_TRUE(place.runUntil([&] { return place.table().handsPlayed() == 5 && place.ended; }));
-  std::vector<std::string> told;
-  for (const SrvPromoNotify* notice : onlooker.all<SrvPromoNotify>()) {
-    EXPECT_EQ(notice->getTargetTables(), 0u);
-    if (notice->getNotifyID() == SrvPromoNotify::Running) continue;
-    told.push_back((notice->getNotifyID() == SrvPromoNotify::Started ? "starts " : "ends ") +
-                   std::to_string(notice->getRest()));
-  }
-  EXPECT_THAT(told, ElementsAre("starts 3", "ends 0", "starts 3", "ends 0"));
 }
 
 }  // namespace

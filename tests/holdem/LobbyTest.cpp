@@ -1,11 +1,9 @@
 #include "Guest.h"
+#include "TempFolder.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <map>
-#include <optional>
 #include <random>
 #include <set>
 #include <string>
@@ -18,8 +16,6 @@ using namespace std::chrono_literals;
 using test::Guest;
 using test::Place;
 using test::quietTables;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 RealMoneyType chips(std::int64_t units) { return RealMoneyType::fromUnits(units); }
 
@@ -28,18 +24,14 @@ class HeldList {
  public:
   std::uint32_t version = 0;
   std::map<std::uint32_t, std::string> tables;
-  std::size_t changes = 0;
 
   void apply(const ServerUpdateInfo& update) {
     EXPECT_GE(update.version, version);
     for (const ServerTableEntry& line : update.tables) {
       EXPECT_LE(line.version, update.version);
       tables[line.gameID] = line.toDbText();
-      ++changes;
     }
-    for (const std::uint32_t gameID : update.removedTables) {
-      changes += tables.erase(gameID);  // it may have come and gone meanwhile
-    }
+    for (const std::uint32_t gameID : update.removedTables) tables.erase(gameID);
     version = update.version;
   }
   /// Takes in all that the guest has heard, and forgets that.
@@ -48,47 +40,6 @@ class HeldList {
     guest.forget();
   }
 };
-
-TEST(TableList, GivesWhoeverHasAnyOfItsVersionsTheSameList) {
-  std::uint32_t reserved = 5000;
-  VersionNumbers numbers([&](std::uint32_t count) { return std::exchange(reserved, reserved + 3 * count); });
-  TableList list(numbers);
-  std::map<std::uint32_t, ServerTableEntry> truth;
-  std::vector<HeldList> holders(5);
-  std::mt19937_64 random(7);
-  ServerUpdateInfo update;
-  for (int round = 0; round < 5000; ++round) {
-    const auto gameID = static_cast<std::uint32_t>(1 + drawBelow(random, 12));
-    if (drawBelow(random, 10) == 0) {
-      list.remove(gameID);
-      truth.erase(gameID);
-    } else {
-      ServerTableEntry line;
-      line.gameID = gameID;
-      line.players = static_cast<std::uint16_t>(drawBelow(random, 3));
-      list.set(line);
-      truth[gameID] = line;
-    }
-    if (drawBelow(random, 3) != 0) continue;
-    HeldList& holder = holders[drawBelow(random, holders.size())];
-    list.changesSince(holder.version, update);
-    holder.apply(update);
-    ASSERT_EQ(holder.tables.size(), truth.size());
-    for (auto& [id, line] : truth) {
-      line.version = list.find(id)->version;
-      ASSERT_EQ(holder.tables[id], line.toDbText());
-    }
-    list.changesSince(holder.version, update);
-    ASSERT_EQ(update.tables.size() + update.removedTables.size(), 0u);
-  }
-  EXPECT_GT(list.version(), 5000 + VersionNumbers::kBlock);  // a second block was needed
-  // Whoever has a version that is not of this list gets it all: one of the last run, one from nowhere.
-  for (const std::uint32_t strange : {4999u, list.version() + 1, 0xFFFFFFFFu}) {
-    list.changesSince(strange, update);
-    EXPECT_EQ(update.tables.size(), truth.size());
-    EXPECT_THAT(update.removedTables, IsEmpty());
-  }
-}
 
 TEST(TableStatistics, AreThoseOfTheLastFiftyHands) {
   TableStatistics statistics;
@@ -110,85 +61,152 @@ TEST(TableStatistics, AreThoseOfTheLastFiftyHands) {
   EXPECT_EQ(statistics.handsPerHour(), 60u);
 }
 
-// A server with many things going on: bots play, tables close, people come and go.
-TEST(Lobby, AListMadeOfUpdatesIsTheListItself) {
-  ServerSettings settings = quietTables({9, 9, 9, 9, 2, 6});
-  for (std::size_t i = 0; i < 4; ++i) {
-    settings.house.tables[i].handPause = 1ms;
-    settings.house.tables[i].replyTime = 50ms;
-  }
-  settings.house.tables[2].mostHands = 30;
-  settings.house.tables[3].mostHands = 60;
-  settings.house.tables[5].password = "door";
-  Place place(settings);
-  std::vector<std::unique_ptr<Bot>> bots;
-  for (unsigned i = 0; i < 8; ++i) {
-    BotSettings bot = place.bot(i);
-    bot.player.gameID = 1 + i / 2;
-    bots.push_back(std::make_unique<Bot>(place.context, bot, [](PlayerEnd, std::string_view) {}));
-    bots.back()->start();
-  }
-  std::vector<std::unique_ptr<Guest>> guests(6);
-  Guest viewer(place, "Viewer"), fresh(place, "Fresh");
-  ASSERT_TRUE(viewer.comesIn() && fresh.comesIn());
+/// Sees that no seat stays free for whom somebody waits, that nobody sits or is held a seat twice, and counts.
+class Judge {
+ public:
+  std::size_t held = 0;
 
-  HeldList held;
-  std::mt19937_64 random(5);
-  std::size_t compared = 0;
-  std::set<std::uint32_t> versions;
-  const auto deadline = Clock::now() + 30s;
-  while ((held.changes < 600 || compared < 60 || place.server.house().tables()[3]->handsPlayed() < 60) &&
-         Clock::now() < deadline) {
-    const std::size_t i = drawBelow(random, guests.size());
-    if (guests[i] == nullptr) {
-      guests[i] = std::make_unique<Guest>(place, "Guest " + std::to_string(i));
-    } else if (guests[i]->isLoggedOn) {
-      const auto gameID = static_cast<std::uint32_t>(1 + drawBelow(random, 5));
-      switch (drawBelow(random, 6)) {
-        case 0:
-          guests[i].reset();
-          break;
-        case 1:
-          guests[i]->enter(gameID);
-          break;
-        case 2:
-          guests[i]->sitDown(static_cast<unsigned>(drawBelow(random, 9)), 100);
-          break;
-        case 3:
-          guests[i]->send<ClLeaveSeat>();
-          break;
-        default:
-          guests[i]->send<ClAddToWaitList>(gameID);
-      }
+  void look(Place& place) {
+    std::set<std::string> names;
+    held = 0;
+    for (const auto& table : place.server.house().tables()) {
+      const std::uint32_t gameID = table->settings().gameID;
+      std::size_t seats = 0;
+      table->forEachSeat(
+          [&](const SeatID&, const std::string& name, const RealMoneyType&, const RealMoneyType&, UserState state) {
+            EXPECT_TRUE(names.insert(name).second) << name << " has two seats";
+            held += state == UserState::Reserved ? 1 : 0;
+            ++seats;
+          });
+      EXPECT_LE(seats, table->settings().seats);
+      EXPECT_TRUE(!table->freeSeat().isValid() || place.server.house().waitLists().length(gameID) == 0);
+      place.server.house().waitLists().forEachWaiting(
+          gameID, [&](const std::string& name) { EXPECT_FALSE(names.contains(name)) << name << " sits and waits"; });
     }
-    place.runUntil([] { return false; }, std::chrono::milliseconds(drawBelow(random, 12)));
-    held.apply(viewer);
-    // Now and then both ask: the one for what is new, the other one for everything. Nothing must have happened between.
-    viewer.send<ClGetServerInfo>(kRingGames, kRingGames, held.version);
-    fresh.forget();
-    fresh.send<ClGetServerInfo>(kRingGames, kNoList, 0u);
-    ASSERT_TRUE(viewer.isAnswered() && fresh.isAnswered());
-    HeldList whole;
-    fresh.each<SrvServerInfo>([&](const SrvServerInfo& info) {
-      if (whole.version == 0) whole.apply(info.getInfo());
-    });
-    viewer.each<SrvServerInfo>([&](const SrvServerInfo& info) {
-      held.apply(info.getInfo());
-      versions.insert(held.version);
-      if (held.version != whole.version) return;
-      ++compared;
-      ASSERT_EQ(held.tables, whole.tables);
-    });
-    viewer.forget();
-    fresh.send<ClGetServerInfo>(kNoList, kRingGames, 0u);
-    ASSERT_TRUE(fresh.isAnswered());
   }
-  EXPECT_GE(held.changes, 600u);
+};
+
+// Guests come and go, sit, wait and are invited; bots play until their table closes; and the server is started anew.
+TEST(Lobby, TellsTheListItselfAndGivesEachSeatToOneWhateverClientsDo) {
+  const test::TempFolder folder;
+  ServerSettings settings = quietTables({2, 3, 2, 9});
+  settings.house.bank.file = folder.file("bank");
+  settings.house.inviteTime = 60ms;
+  for (std::size_t i = 0; i < 3; ++i) {
+    settings.house.tables[i].keepSeat = 100ms;
+    settings.house.tables[i].replyTime = 10ms;
+  }
+  for (TableSettings& table : settings.house.tables) table.handPause = 5ms;
+  settings.house.tables[3].mostHands = 60;
+  std::mt19937_64 random(23);
+  std::set<std::string> invitations;
+  std::size_t seated = 0, rounds = 0, compared = 0;
+  for (int run = 0; run < 2; ++run) {
+    Place place(settings);
+    Judge judge;
+    judge.look(place);
+    EXPECT_EQ(judge.held, 0u);  // invitations end with the server, seats do not
+    std::vector<std::unique_ptr<Bot>> bots;
+    for (unsigned i = 0; i < 3; ++i) {
+      BotSettings bot = place.bot(i);
+      bot.player.gameID = 4;
+      bots.push_back(std::make_unique<Bot>(place.context, bot, [](PlayerEnd, std::string_view) {}));
+      bots.back()->start();
+    }
+    Guest viewer(place, "Viewer"), fresh(place, "Fresh");
+    ASSERT_TRUE(viewer.comesIn() && fresh.comesIn());
+    HeldList held;
+    // Both ask: the one for what is new, the other one for everything. Nothing must have happened between.
+    const auto compare = [&] {
+      held.apply(viewer);
+      viewer.send<ClGetServerInfo>(kRingGames, kRingGames, held.version);
+      fresh.forget();
+      fresh.send<ClGetServerInfo>(kRingGames, kNoList, 0u);
+      ASSERT_TRUE(viewer.isAnswered() && fresh.isAnswered());
+      HeldList whole;
+      fresh.each<SrvServerInfo>([&](const SrvServerInfo& info) {
+        if (whole.version == 0) whole.apply(info.getInfo());
+      });
+      viewer.each<SrvServerInfo>([&](const SrvServerInfo& info) {
+        held.apply(info.getInfo());
+        if (held.version != whole.version) return;
+        ++compared;
+        ASSERT_EQ(held.tables, whole.tables);
+      });
+      viewer.forget();
+      fresh.send<ClGetServerInfo>(kNoList, kRingGames, 0u);
+      ASSERT_TRUE(fresh.isAnswered());
+    };
+    std::vector<std::unique_ptr<Guest>> guests(12);
+    const std::size_t enough = invitations.size() + 150;
+    const auto deadline = Clock::now() + 30s;
+    while ((invitations.size() < enough || held.tables.contains(4)) && Clock::now() < deadline) {
+      const std::size_t i = drawBelow(random, guests.size());
+      if (guests[i] == nullptr) {
+        // Now and then on a second connection of a player who is there.
+        guests[i] = std::make_unique<Guest>(place, "Guest " + std::to_string(drawBelow(random, 10)));
+      } else if (guests[i]->isClosed) {
+        guests[i].reset();
+      } else if (guests[i]->isLoggedOn) {
+        Guest& guest = *guests[i];
+        const auto gameID = static_cast<std::uint32_t>(1 + drawBelow(random, 3));
+        const SrvWaitList* invitation = guest.heard<SrvWaitList>();
+        switch (drawBelow(random, 12)) {
+          case 0:
+            guest.close();
+            break;
+          case 1:
+            guest.enter(gameID);
+            guest.sitDown(static_cast<unsigned>(drawBelow(random, 3)), 100);
+            break;
+          case 2:
+          case 3:
+            guest.send<ClLeaveSeat>();
+            break;
+          case 4:
+            guest.send<ClAddGlobalWaitList>(std::uint16_t{1}, chips(0), chips(0),
+                                            static_cast<int>(drawBelow(random, 2)), 0, false);
+            break;
+          case 5:
+            guest.send<ClRemoveFromWaitList>(gameID - 1);
+            break;
+          case 6:
+            if (invitation != nullptr) guest.send<ClRejectInvite>(invitation->gameID(), invitation->reserveID());
+            break;
+          case 7:
+          case 8:
+            if (invitation == nullptr) break;
+            guest.send<ClAcceptInvite>(invitation->gameID(), invitation->reserveID(),
+                                       chips(drawBelow(random, 3) == 0 ? 1 : 100));
+            break;
+          default:
+            guest.send<ClAddToWaitList>(gameID);
+        }
+      }
+      place.runUntil([] { return false; }, std::chrono::milliseconds(drawBelow(random, 4)));
+      judge.look(place);
+      for (const auto& guest : guests) {
+        if (guest == nullptr) continue;
+        guest->each<SrvWaitList>([&](const SrvWaitList& told) { invitations.insert(told.reserveID()); });
+        if (guest->heard<SrvSitOk>() == nullptr) continue;
+        ++seated;
+        guest->forget();
+      }
+      if (++rounds % 10 == 0) compare();
+    }
+    EXPECT_EQ(held.tables.size(), 3u);  // the fourth one has closed
+    EXPECT_EQ(place.bank().audit().difference(), kZeroMoney);
+    for (auto& guest : guests) guest.reset();
+    // All of them are gone, and nothing is left of what they waited for.
+    ASSERT_TRUE(place.runUntil([&] {
+      judge.look(place);
+      const WaitLists& lists = place.server.house().waitLists();
+      return judge.held + lists.length(0) + lists.length(1) + lists.length(2) + lists.length(3) == 0;
+    }));
+  }
+  EXPECT_GE(invitations.size(), 100u);
+  EXPECT_GE(seated, 30u);
   EXPECT_GE(compared, 60u);
-  EXPECT_GE(versions.size(), 60u);
-  EXPECT_EQ(held.tables.count(3) + held.tables.count(4), 0u);  // these have closed
-  EXPECT_EQ(held.tables.size(), 4u);
-  EXPECT_EQ(place.bank().audit().difference(), kZeroMoney);
 }
 
 TEST(Lobby, TellsEachSecondWhatHasChangedAndIsSilentOtherwise) {
@@ -337,10 +355,9 @@ TEST(Lobby, KeepsTheStacksOfAPrivateTableBehindItsPassword) {
 }
 
 TEST(Lobby, VersionsGoOnWhenTheServerIsStartedAnew) {
-  const std::string file = testing::TempDir() + "lobby-versions.db";
-  std::remove(file.c_str());
+  const test::TempFolder folder;
   ServerSettings settings = quietTables({9, 9});
-  settings.house.bank.file = file;
+  settings.house.bank.file = folder.file("bank");
   std::uint32_t list = 0, details = 0;
   for (int run = 0; run < 3; ++run) {
     Place place(settings);
@@ -363,7 +380,6 @@ TEST(Lobby, VersionsGoOnWhenTheServerIsStartedAnew) {
     list = viewer.heard<SrvServerInfo>()->getInfo().version;
     details = viewer.heard<SrvGameInfo>()->getDetailedInfo().version;
   }
-  std::remove(file.c_str());
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 #include "Place.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>

@@ -1,9 +1,7 @@
-#include "Onlooker.h"
-#include "TempFolder.h"
+#include "Guest.h"
 
 #include <CommandProcessor/types/FieldJson.h>
 #include <SQLiteCpp/SQLiteCpp.h>
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -15,9 +13,8 @@ namespace poker::holdem {
 namespace {
 
 using namespace std::string_literals;
-using test::Onlooker;
+using test::Guest;
 using test::Place;
-using testing::ElementsAre;
 
 std::string repeated(unsigned count, std::string_view text) {
   std::string all;
@@ -32,7 +29,8 @@ bool isRecent(const COleDateTime& date) {
 
 TEST(Members, KeepTheirOwnTextsAndNothingOfTheHouseOrOfOthers) {
   Place place(test::quickServer(0, 2));
-  Onlooker ann(place, 1), ben(place, 2);
+  Guest ann(place, "Player 1"), ben(place, "Player 2");
+  ASSERT_TRUE(ann.comesIn() && ben.comesIn());
   const MemberProfileInfo bens = ben.ask<SrvPlayerProfile, ClGetPlayerProfile>("Player 2").info();
 
   MemberProfileInfo wanted;
@@ -81,10 +79,12 @@ TEST(Members, KeepTheirOwnTextsAndNothingOfTheHouseOrOfOthers) {
 TEST(Members, VisitsAreDatedByTheHouse) {
   Place place(test::quickServer(0, 2));
   {
-    const Onlooker ann(place, 1);
+    Guest ann(place, "Player 1");
+    ASSERT_TRUE(ann.comesIn());
     place.bank().database().exec("UPDATE account SET opened = 1000, last_visit = 2000");
   }
-  Onlooker ann(place, 1);
+  Guest ann(place, "Player 1");
+  ASSERT_TRUE(ann.comesIn());
   const MemberProfileInfo& info = ann.ask<SrvPlayerProfile, ClGetPlayerProfile>("Player 1").info();
   EXPECT_EQ(info.memberSince, COleDateTime::fromTimeT(1000));
   EXPECT_TRUE(isRecent(info.lastVisit));
@@ -92,9 +92,10 @@ TEST(Members, VisitsAreDatedByTheHouse) {
 
 TEST(Members, ShowPicturesThatArePicturesAndNoOthers) {
   Place place(test::quickServer(0, 2));
-  Onlooker ann(place, 1), ben(place, 2);
+  Guest ann(place, "Player 1"), ben(place, "Player 2");
+  ASSERT_TRUE(ann.comesIn() && ben.comesIn());
   const auto upload = [&](const std::string& image) {
-    ann.client.send<ClUpdateUserPic>(image.data(), static_cast<unsigned short>(image.size()));
+    ann.send<ClUpdateUserPic>(image.data(), static_cast<unsigned short>(image.size()));
   };
   struct Seen {
     std::string image, code, name;
@@ -121,72 +122,20 @@ TEST(Members, ShowPicturesThatArePicturesAndNoOthers) {
   const Seen before = look("Player 1");
   for (const std::string& image : {largest + "x", "\x89PNG\r\n\x1A"s, "\xFF\xD8"s, "GIF88a"s, "<svg/>"s, "\0"s, "BM"s,
                                    png + std::string(65535 - png.size(), 'x')}) {
-    const std::size_t refused = ann.all<SrvAdminMsg>().size();
+    const std::size_t refused = ann.count<SrvAdminMsg>();
     upload(image);
-    ASSERT_TRUE(place.runUntil([&] { return ann.all<SrvAdminMsg>().size() > refused; })) << image.size();
+    ASSERT_TRUE(place.runUntil([&] { return ann.count<SrvAdminMsg>() > refused; })) << image.size();
     EXPECT_TRUE(look("Player 1").image == before.image);
   }
   upload("");
-  ASSERT_TRUE(place.runUntil([&] { return ann.all<SrvPlayerProfile>().size() == 6; }));
-  EXPECT_EQ(ann.all<SrvPlayerProfile>().back()->info().pictureCode, "");
+  ASSERT_TRUE(place.runUntil([&] { return ann.count<SrvPlayerProfile>() == 6; }));
+  EXPECT_EQ(ann.heard<SrvPlayerProfile>()->info().pictureCode, "");
   for (const char* name : {"Player 1", "Player 2", "Nobody"}) {
     const Seen none = look(name);
     EXPECT_EQ(none.image + none.code, "") << name;
     EXPECT_EQ(none.name, name);
   }
-  EXPECT_FALSE(ann.ended || ben.ended);
-}
-
-/// A bank's file as a server wrote it that knew no profiles, gifts and promotions.
-constexpr const char* kFirstVersion = R"sql(
-  PRAGMA application_id = 1347109425; PRAGMA user_version = 1;
-  CREATE TABLE account(id INTEGER PRIMARY KEY AUTOINCREMENT, name TEXT NOT NULL UNIQUE COLLATE NOCASE,
-    password TEXT NOT NULL, email TEXT NOT NULL, issued INTEGER NOT NULL CHECK(issued >= 0),
-    balance INTEGER NOT NULL CHECK(balance >= 0), hands_played INTEGER NOT NULL DEFAULT 0,
-    hands_won INTEGER NOT NULL DEFAULT 0) STRICT;
-  CREATE TABLE seat(account INTEGER PRIMARY KEY REFERENCES account, game INTEGER NOT NULL, seat INTEGER NOT NULL,
-    stack INTEGER NOT NULL CHECK(stack >= 0), UNIQUE(game, seat)) STRICT;
-  CREATE TABLE hand(number INTEGER PRIMARY KEY CHECK(number > 0), game INTEGER NOT NULL,
-    rake INTEGER NOT NULL CHECK(rake >= 0), record TEXT NOT NULL) STRICT;
-  CREATE TABLE hand_player(account INTEGER NOT NULL REFERENCES account, hand INTEGER NOT NULL REFERENCES hand,
-    PRIMARY KEY(account, hand)) STRICT, WITHOUT ROWID;
-  CREATE TABLE house(id INTEGER PRIMARY KEY CHECK(id = 1), rake INTEGER NOT NULL CHECK(rake >= 0)) STRICT;
-  INSERT INTO house VALUES(1, 50);
-  INSERT INTO account(name, password, email, issued, balance, hands_played) VALUES
-    ('Ann', 'the hash', '', 1000, 650, 1), ('Ben', 'x', 'ben@poker.example', 0, 0, 1);
-  INSERT INTO seat VALUES(1, 1, 3, 300);
-  INSERT INTO hand VALUES(7, 1, 50, 'the record');
-  INSERT INTO hand_player VALUES(1, 7), (2, 7);
-)sql";
-
-TEST(Bank, TakesAFileOfAnEarlierServer) {
-  const test::TempFolder folder;
-  const std::string file = folder.file("bank");
-  SQLite::Database(file, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE).exec(kFirstVersion);
-  // The first time it is brought up to date, the second time it is.
-  for (int time = 0; time < 2; ++time) {
-    Bank bank({file, 1});
-    EXPECT_EQ(bank.audit().difference(), kZeroMoney);
-    EXPECT_EQ(bank.audit().issued, RealMoneyType::fromUnits(10));
-    EXPECT_EQ(bank.standings().front(),
-              (Standing{"Ann", RealMoneyType::fromUnits(10), RealMoneyType::fromHundredths(650),
-                        RealMoneyType::fromUnits(3), 1, 0}));
-    EXPECT_EQ(bank.handRecord(7), "the record");
-    EXPECT_THAT(bank.handsOf(AccountID{2}, 9), ElementsAre(7));
-    const Gifts gifts = bank.gifts(AccountID{1}, 9);
-    ASSERT_EQ(gifts.newest.size(), 1u);
-    EXPECT_EQ(gifts.newest[0].reason, "Welcome");
-    EXPECT_EQ(gifts.newest[0].amount, RealMoneyType::fromUnits(10));
-    EXPECT_TRUE(bank.gifts(AccountID{2}, 9).newest.empty());
-
-    Members members(bank);
-    MemberProfileInfo info = members.profile("ann").value();
-    EXPECT_EQ(info.memberSince.bits(), 0u);
-    EXPECT_EQ(info.city, time == 0 ? "" : "Reno");
-    info.city = "Reno";
-    EXPECT_EQ(members.change(AccountID{1}, info).city, "Reno");
-    EXPECT_EQ(bank.openAccount("Cy", "secret", "", kZeroMoney).has_value(), time == 0);
-  }
+  EXPECT_FALSE(ann.isClosed || ben.isClosed);
 }
 
 }  // namespace

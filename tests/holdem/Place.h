@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Sanitized.h"
+
 #include <LogUtil/Log.h>
 #include <examples/holdem/client/bots/Bot.h>
 #include <examples/holdem/server/Server.h>
@@ -19,12 +21,7 @@ namespace poker::holdem::test {
 /// How many hands to play: HOLDEM_HANDS of them, or as many of these as the build can afford.
 inline std::uint64_t scaled(std::uint64_t hands) {
   if (const char* wanted = std::getenv("HOLDEM_HANDS")) return std::strtoull(wanted, nullptr, 10);
-#if defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-  return hands / 20;
-#endif
-#endif
-  return hands;
+  return kSanitized ? hands / 20 : hands;
 }
 
 inline ServerSettings quickServer(std::uint64_t hands, std::size_t players) {

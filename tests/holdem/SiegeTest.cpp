@@ -1,8 +1,8 @@
-#include "Place.h"
+#include "Sanitized.h"
 #include "TempFolder.h"
 
-#include <examples/holdem/siege/FaultProxy.h>
-#include <examples/holdem/siege/Honest.h>
+#include <examples/holdem/siege/Attack.h>
+#include <examples/holdem/siege/HostileServer.h>
 #include <examples/holdem/siege/Siege.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -14,20 +14,7 @@ namespace poker::holdem {
 namespace {
 
 using namespace std::chrono_literals;
-using test::Place;
-
-constexpr bool kSanitized =
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    true;
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-    true;
-#else
-    false;
-#endif
-#else
-    false;
-#endif
+using test::kSanitized;
 
 // The short form of holdem-siege: the real server as a process of its own. The one bound that no server can hold shows that
 // the others were looked at.
@@ -61,24 +48,6 @@ TEST(Siege, TheClientSurvivesAMaliciousServerAndSaysWhatWasWrong) {
   for (const ClientCase& each : besiegeClient(3, !kSanitized)) {
     EXPECT_EQ(each.fault, "") << each.name << " ended with \"" << each.ended << "\" after " << each.seconds << " s, "
                               << each.peakBytes << " bytes";
-  }
-}
-
-TEST(Siege, DelaysAndCutsThatLoseNothingAreNoFaultsToTheGame) {
-  ServerSettings settings = test::quickServer(0, 6);
-  Place place(settings);
-  const Faults faults{.delay = 0.1, .split = 0.3, .coalesce = 0.2, .longestDelay = 3ms};
-  FaultProxy proxy(place.context, place.endpoint(), faults, faults, 5);
-  PlaySettings play;
-  play.server = {"127.0.0.1", proxy.port()};
-  play.pause = 0ms;
-  Play bots(place.context, play);
-  bots.begin();
-  EXPECT_TRUE(place.runUntil([&] { return bots.confirmedHands().size() >= 20; }));
-  EXPECT_EQ(bots.lost() + bots.gone(), 0u) << bots.whyGone();
-  EXPECT_EQ(proxy.connections(), 6u);
-  for (const Fault fault : {Fault::Delay, Fault::Split, Fault::Coalesce}) {
-    EXPECT_GT(proxy.played()[static_cast<std::size_t>(fault)], 0u) << toText(fault);
   }
 }
 

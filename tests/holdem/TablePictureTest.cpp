@@ -1,13 +1,10 @@
 #include <examples/holdem/client/TablePicture.h>
-#include <examples/holdem/game/CardText.h>
 #include <examples/holdem/shared/Protocol.h>
 #include <tests/hostkit/HostKitUse.h>
 
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <string_view>
-#include <vector>
 
 namespace poker::holdem {
 namespace {
@@ -23,6 +20,8 @@ ClientSeatState player(std::uint8_t seat, const char* name, int money) {
   return state;
 }
 
+// What goes on in a hand is compared with the server's own picture where bots play, in TableTest.cpp.
+
 /// Ann, Ben and Cleo on the seats 0, 2 and 5; the viewer is Ben.
 ClientTableState threePlayers() {
   ClientTableState table;
@@ -31,13 +30,6 @@ ClientTableState threePlayers() {
   table.dealerSeat = 5;
   table.seats = {player(0, "Ann", 100), player(2, "Ben", 50), player(5, "Cleo", 200)};
   return table;
-}
-
-CardVector cards(std::string_view text, Card::Visibility visibility = Card::Visibility::Shown) {
-  const std::vector<Card> faces = cardsFromText(text).value();
-  CardVector cards(faces.begin(), faces.end());
-  cards.setVisibility(visibility);
-  return cards;
 }
 
 test::Bytes bytesOf(const ClientTableState& table) { return test::frame<SrvTableState>(table); }
@@ -53,79 +45,9 @@ class TablePictureTest : public testing::Test {
   void act(std::uint8_t seat, UserAction action, int left, int bet) {
     apply<SrvUserActionNotify>(seat, action, chips(left), chips(bet), std::uint8_t{0});
   }
-  void board(std::string_view text) {
-    UserCardsInfoVector pack;
-    pack.push_back(UserCardPack(SeatID(), cards(text)));
-    apply<SrvPotCardDeal>(pack);
-  }
-  void beginHand() {
-    apply<SrvUpdateHintText>(kHandNumberHint, "12");
-    apply<SrvGameStart>(SeatIDSet{0, 2, 5});
-    apply<SrvMoveDealChip>(SeatID(0));
-    act(2, UserAction::SmallBlind, 49, 1);
-    act(5, UserAction::BigBlind, 198, 2);
-    UserCardsInfoVector hands;
-    hands.push_back(UserCardPack(0, CardVector(2)));
-    hands.push_back(UserCardPack(2, cards("As Ah", Card::Visibility::HiddenOwner)));
-    hands.push_back(UserCardPack(5, CardVector(2)));
-    apply<SrvCardDeal>(hands);
-  }
 
   TablePicture picture;
 };
-
-TEST_F(TablePictureTest, KeepsEveryChipFromTheFirstBlindToTheShowDown) {
-  const RealMoneyType all = chips(350);
-  beginHand();
-  NextTurnOptions options;
-  options.addFoldOption();
-  apply<SrvUserTurn>(SeatID(0), false, options, 20u);
-  EXPECT_EQ(picture.state().turnSeat, SeatID(0));
-  EXPECT_EQ(picture.state().turnTimeLeft, 20);
-  act(0, UserAction::Raise, 40, 60);
-  EXPECT_FALSE(picture.state().turnSeat.isValid());
-  act(2, UserAction::Call, 0, 50);
-  act(5, UserAction::Fold, 198, 2);
-  EXPECT_EQ(picture.highestBet(), chips(60));
-  act(0, UserAction::NoAction, 50, 50);  // what nobody called goes back
-  EXPECT_EQ(picture.total(), all);
-  EXPECT_EQ(picture.seat(0)->lastAction, UserAction::Raise);
-  EXPECT_EQ(picture.seat(0)->state, UserState::Playing);
-  EXPECT_EQ(picture.seat(2)->state, UserState::AllIn);
-  EXPECT_EQ(picture.seat(5)->state, UserState::Folded);
-  EXPECT_TRUE(picture.seat(5)->cards.empty());
-
-  apply<SrvBetRoundComplete>(Pot(chips(99)), true, false, RealMoneyType(), chips(3));
-  EXPECT_EQ(picture.total(), all - chips(3));
-  EXPECT_EQ(picture.seat(0)->lastAction, UserAction::NoAction);
-  board("2c 3c 4h");
-  board("9s");
-  EXPECT_EQ(picture.state().board.size(), 4u);
-  apply<SrvShowPlayerCards>(SeatID(0), cards("Kc Qc"));
-  EXPECT_EQ(picture.seat(0)->cards, cards("Kc Qc"));
-
-  CommandHandle<SrvTUShowDown> end = make<SrvTUShowDown>(chips(3));
-  end->addPlayerInfo(2, chips(50), chips(99));
-  end->addPlayerInfo(0, chips(50), RealMoneyType());
-  picture.apply(*end);
-  EXPECT_EQ(picture.total(), all - chips(3));
-
-  // What somebody finds who comes now is the same.
-  ClientTableState after = threePlayers();
-  after.dealerSeat = 0;
-  after.seats[0].money = chips(50);
-  after.seats[1].money = chips(99);
-  after.seats[2].money = chips(198);
-  EXPECT_EQ(bytesOf(picture.state()), bytesOf(after));
-}
-
-TEST_F(TablePictureTest, TakesTheCardsOfWhoFoldsAlsoTheOwnOnes) {
-  beginHand();
-  EXPECT_EQ(picture.ownSeat()->cards.size(), 2u);
-  act(2, UserAction::Fold, 49, 1);
-  EXPECT_TRUE(picture.ownSeat()->cards.empty());
-  EXPECT_EQ(picture.ownSeat()->bet, chips(1));
-}
 
 TEST_F(TablePictureTest, KeepsSeatsInOrderAsPlayersComeAndGo) {
   apply<SrvUserStateOnTable>(SeatID(3), "Dan", chips(80), UserState::WaitBigBlind);

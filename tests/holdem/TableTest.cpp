@@ -8,7 +8,6 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <array>
 #include <map>
 #include <optional>
 #include <random>
@@ -22,34 +21,6 @@ namespace {
 using namespace std::chrono_literals;
 using test::Place;
 
-/// Reads what a client got, byte by byte, with none of the library's readers.
-class Bytes {
- public:
-  explicit Bytes(std::span<const std::uint8_t> frame) : rest_(frame.subspan(6)) {}
-
-  std::uint8_t byte() {
-    const std::uint8_t value = rest_[0];
-    rest_ = rest_.subspan(1);
-    return value;
-  }
-  std::uint32_t number() {
-    std::uint32_t value = 0;
-    for (unsigned i = 0; i < 4; ++i) value |= std::uint32_t{byte()} << 8 * i;
-    return value;
-  }
-  void skip(std::size_t size) { rest_ = rest_.subspan(size); }
-  std::vector<std::uint8_t> cards() {
-    std::vector<std::uint8_t> all(number());
-    for (std::uint8_t& card : all) card = byte();
-    return all;
-  }
-
- private:
-  std::span<const std::uint8_t> rest_;
-};
-
-constexpr std::uint8_t kServerFamily = 1, kCardDeal = 55, kShowDown = 57, kTableState = 54, kUserTurn = 58,
-                       kShowCards = 80;
 constexpr std::uint8_t kFaceDown = 255, kOwnerOnly = 100;
 
 /// What the bank recorded of a hand: the cards that each seat really had, and whether it showed them.
@@ -82,51 +53,34 @@ class Witness {
       : client_(client), truth_(std::move(truth)) {}
 
   void operator()(FrameDirection direction, std::span<const std::uint8_t> frame) {
-    if (direction != FrameDirection::In || frame[5] != kServerFamily) return;
-    Bytes bytes(frame);
-    switch (frame[4]) {
-      case kCardDeal:
-        bytes.skip(2);
-        for (std::uint32_t count = bytes.number(); count != 0; --count) {
-          const std::uint8_t seat = bytes.byte();
-          see(seat, bytes.cards());
-        }
-        break;
-      case kShowCards: {
-        const std::vector<std::uint8_t> cards = bytes.cards();
-        see(bytes.byte(), cards);
-        break;
-      }
-      case kShowDown:
-        bytes.skip(2);
-        for (std::uint32_t count = bytes.number(); count != 0; --count) {
-          const std::uint8_t seat = bytes.byte();
-          bytes.skip(8);
-          see(seat, bytes.cards());
-          bytes.skip(1);
-        }
-        judge();
-        break;
-      case kTableState:
-        compare(frame);
-        break;
-      case kUserTurn:
-        turns += bytes.byte() == own() && bytes.byte() == 1 ? 1 : 0;
-        break;
-      default:
-        break;
+    if (direction != FrameDirection::In) return;
+    const DecodeResult decoded = decodeCommand(frame.subspan(kLengthSlot), DecodePolicy::of(Side::Client));
+    ASSERT_TRUE(decoded);
+    const PokerCommandI* command = decoded.command.get();
+    if (const auto* dealt = dynamic_cast<const SrvCardDeal*>(command)) {
+      for (const UserCardPack& pack : dealt->getHands()) see(pack.getSeatID(), pack.cards());
+    } else if (const auto* shown = dynamic_cast<const SrvShowPlayerCards*>(command)) {
+      see(shown->seatID(), shown->cards());
+    } else if (const auto* showDown = dynamic_cast<const SrvTUShowDown*>(command)) {
+      for (const SDInfo& player : showDown->getUserCards()) see(player.getSeatID(), player.cards());
+      judge();
+    } else if (const auto* state = dynamic_cast<const SrvTableState*>(command)) {
+      compare(state->getState());
+    } else if (const auto* turn = dynamic_cast<const SrvUserTurn*>(command)) {
+      turns += turn->getSeatID() == own() && turn->isNotify() ? 1 : 0;
     }
   }
 
  private:
-  std::uint8_t own() const { return client_.picture().state().ownSeat.value(); }
+  SeatID own() const { return client_.picture().state().ownSeat; }
 
-  void see(std::uint8_t seat, const std::vector<std::uint8_t>& cards) {
+  void see(const SeatID& seat, const CardVector& cards) {
     ASSERT_EQ(cards.size(), 2u);
-    for (const std::uint8_t card : cards) {
-      if (card == kFaceDown) continue;
-      ASSERT_TRUE(card < kOwnerOnly || seat == own());
-      seen_[seat].insert(card >= kOwnerOnly ? card - kOwnerOnly : card);
+    for (const Card& card : cards) {
+      const std::uint8_t byte = card.toByte();  // all of what came
+      if (byte == kFaceDown) continue;
+      ASSERT_TRUE(byte < kOwnerOnly || seat == own());
+      seen_[seat.value()].insert(byte >= kOwnerOnly ? byte - kOwnerOnly : byte);
     }
   }
   /// At the end of a hand: every face that came was its player's own, or was shown.
@@ -135,19 +89,16 @@ class Witness {
     const Truth& truth = truth_();
     for (const auto& [seat, faces] : seen_) {
       const Truth::Seat& real = truth.seats.at(seat);
-      EXPECT_TRUE(seat == own() || real.shown) << "seat " << seat << " was seen by " << int{own()};
+      EXPECT_TRUE(seat == own().value() || real.shown) << "seat " << seat << " was seen by " << int{own().value()};
       EXPECT_EQ(faces, (std::set<int>(real.faces.begin(), real.faces.end())));
     }
     for (const auto& [seat, real] : truth.seats) {
-      EXPECT_EQ(seen_[seat].size(), real.shown || seat == own() ? 2u : 0u);
+      EXPECT_EQ(seen_[seat].size(), real.shown || seat == own().value() ? 2u : 0u);
     }
     seen_.clear();
   }
   /// What the server says of the table now is what this client has made of everything before.
-  void compare(std::span<const std::uint8_t> frame) {
-    const DecodeResult decoded = decodeCommand(frame.subspan(4), DecodePolicy::of(Side::Client));
-    ASSERT_TRUE(decoded);
-    ClientTableState told = static_cast<const SrvTableState&>(*decoded.command).getState();
+  void compare(const ClientTableState& told) {
     ClientTableState made = client_.picture().state();
     if (made.gameID == 0) return;
     made.turnTimeLeft = told.turnTimeLeft;

@@ -1,13 +1,8 @@
 #include "Guest.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <map>
 #include <memory>
-#include <random>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -222,123 +217,6 @@ TEST(WaitLists, RefuseWhoCannotWaitAndEndWithTheTable) {
   EXPECT_EQ(cy.count<SrvRemoveFromWaitListOk>(), 2u);
   EXPECT_FALSE(mayWait(cy, 7));
   EXPECT_FALSE(mayDescribe(cy, 1, 4, 4, 1, 1, false));
-}
-
-/// Sees that no seat stays free for whom somebody waits, that nobody sits or is held a seat twice, and counts.
-class Judge {
- public:
-  std::size_t held = 0;
-
-  void look(Place& place) {
-    std::set<std::string> names;
-    held = 0;
-    for (const auto& table : place.server.house().tables()) {
-      const std::uint32_t gameID = table->settings().gameID;
-      std::size_t seats = 0;
-      table->forEachSeat(
-          [&](const SeatID&, const std::string& name, const RealMoneyType&, const RealMoneyType&, UserState state) {
-            EXPECT_TRUE(names.insert(name).second) << name << " has two seats";
-            held += state == UserState::Reserved ? 1 : 0;
-            ++seats;
-          });
-      EXPECT_LE(seats, table->settings().seats);
-      EXPECT_TRUE(!table->freeSeat().isValid() || place.server.house().waitLists().length(gameID) == 0);
-      place.server.house().waitLists().forEachWaiting(
-          gameID, [&](const std::string& name) { EXPECT_FALSE(names.contains(name)) << name << " sits and waits"; });
-    }
-  }
-};
-
-TEST(WaitLists, NeverGiveTwoSeatsToOneNorOneToTwoWhateverClientsDo) {
-  const std::string file = testing::TempDir() + "waitlists.db";
-  std::remove(file.c_str());
-  ServerSettings settings = quietTables({2, 3, 2});
-  settings.house.bank.file = file;
-  settings.house.inviteTime = 60ms;
-  for (TableSettings& table : settings.house.tables) {
-    table.keepSeat = 100ms;
-    table.handPause = 5ms;
-    table.replyTime = 10ms;
-  }
-  std::mt19937_64 random(23);
-  std::set<std::string> invitations;
-  std::size_t seated = 0, rounds = 0;
-  for (int run = 0; run < 2; ++run) {
-    Place place(settings);
-    Judge judge;
-    judge.look(place);
-    EXPECT_EQ(judge.held, 0u);  // invitations end with the server, seats do not
-    std::vector<std::unique_ptr<Guest>> guests(12);
-    const auto deadline = Clock::now() + 20s;
-    for (std::size_t until = invitations.size() + 150; invitations.size() < until && Clock::now() < deadline;
-         ++rounds) {
-      const std::size_t i = drawBelow(random, guests.size());
-      if (guests[i] == nullptr) {
-        // Now and then on a second connection of a player who is there.
-        guests[i] = std::make_unique<Guest>(place, "Guest " + std::to_string(drawBelow(random, 10)));
-      } else if (guests[i]->isClosed) {
-        guests[i].reset();
-      } else if (guests[i]->isLoggedOn) {
-        Guest& guest = *guests[i];
-        const auto gameID = static_cast<std::uint32_t>(1 + drawBelow(random, 3));
-        const SrvWaitList* invitation = guest.heard<SrvWaitList>();
-        switch (drawBelow(random, 12)) {
-          case 0:
-            guest.close();
-            break;
-          case 1:
-            guest.enter(gameID);
-            guest.sitDown(static_cast<unsigned>(drawBelow(random, 3)), 100);
-            break;
-          case 2:
-          case 3:
-            guest.send<ClLeaveSeat>();
-            break;
-          case 4:
-            guest.send<ClAddGlobalWaitList>(std::uint16_t{1}, chips(0), chips(0),
-                                            static_cast<int>(drawBelow(random, 2)), 0, false);
-            break;
-          case 5:
-            guest.send<ClRemoveFromWaitList>(gameID - 1);
-            break;
-          case 6:
-            if (invitation != nullptr) guest.send<ClRejectInvite>(invitation->gameID(), invitation->reserveID());
-            break;
-          case 7:
-          case 8:
-            if (invitation == nullptr) break;
-            guest.send<ClAcceptInvite>(invitation->gameID(), invitation->reserveID(),
-                                       chips(drawBelow(random, 3) == 0 ? 1 : 100));
-            break;
-          default:
-            guest.send<ClAddToWaitList>(gameID);
-        }
-      }
-      place.runUntil([] { return false; }, std::chrono::milliseconds(drawBelow(random, 4)));
-      judge.look(place);
-      for (const auto& guest : guests) {
-        if (guest == nullptr) continue;
-        guest->each<SrvWaitList>([&](const SrvWaitList& told) { invitations.insert(told.reserveID()); });
-        if (guest->heard<SrvSitOk>() == nullptr) continue;
-        ++seated;
-        guest->forget();
-      }
-      if (rounds % 100 == 0) {
-        EXPECT_EQ(place.bank().audit().difference(), kZeroMoney);
-      }
-    }
-    EXPECT_EQ(place.bank().audit().difference(), kZeroMoney);
-    for (auto& guest : guests) guest.reset();
-    // All of them are gone, and nothing is left of what they waited for.
-    ASSERT_TRUE(place.runUntil([&] {
-      judge.look(place);
-      const WaitLists& lists = place.server.house().waitLists();
-      return judge.held + lists.length(0) + lists.length(1) + lists.length(2) + lists.length(3) == 0;
-    }));
-  }
-  EXPECT_GE(invitations.size(), 100u);
-  EXPECT_GE(seated, 30u);
-  std::remove(file.c_str());
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include <examples/holdem/client/lobby/LobbyPicture.h>
 #include <examples/holdem/client/lobby/LobbyText.h>
 #include <examples/holdem/client/terminal/Text.h>
+#include <examples/holdem/client/tournament/TourLobbyText.h>
 #include <examples/holdem/shared/Protocol.h>
 #include <hostkit/CommandHandle.h>
 
@@ -9,12 +10,15 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace poker::holdem {
 namespace {
 
+using testing::AllOf;
 using testing::Contains;
+using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -133,7 +137,7 @@ TEST(LobbyText, WhoFollowsATableIsToldWhoHasGone) {
   now.players = {sitting(1, "Ben", UserState::Folded), sitting(2, "Dan", UserState::Reserved)};
   now.waitList = {"Eve"};
   EXPECT_THAT(departures(before, now),
-              testing::ElementsAre("Ann has left seat 0.", "Seat 2 is held for Cay no more.", "Dan waits no more."));
+              ElementsAre("Ann has left seat 0.", "Seat 2 is held for Cay no more.", "Dan waits no more."));
 }
 
 TEST(LobbyText, NothingThatOthersWroteReachesTheTerminalAsItIs) {
@@ -169,18 +173,118 @@ TEST(LobbyText, NothingThatOthersWroteReachesTheTerminalAsItIs) {
   }
 }
 
-TEST(LobbyText, JsonHasTheFieldsOfTheCommands) {
-  LobbyPicture picture;
-  picture.apply(*update(5, {table(1, "One", 3)}));
-  const auto counters = make<SrvServerCountersInfo>();
-  counters->counters().set(kTables, 1u);
-  picture.apply(*counters);
-  const std::string json = lobbyJson(picture);
-  EXPECT_THAT(json, HasSubstr(R"("tableName":"One")"));
-  EXPECT_THAT(json, HasSubstr(R"("players":3)"));
-  EXPECT_THAT(json, HasSubstr(R"("version":5)"));
-  EXPECT_THAT(json, HasSubstr(R"({"key":3,"value":1})"));
-  EXPECT_THAT(json, HasSubstr(R"("news":[])"));
+TEST(TourLobbyText, ShowsNothingOfOthersThatATerminalWouldObey) {
+  const std::string hostile = "\x1B[2J\x9B\r\n\"\xFF";
+  TourListEntry entry;
+  entry.tournamentID = 3;
+  entry.name = entry.description = entry.prizes = hostile;
+  entry.status = static_cast<TOUR_NAMES::TourStatus>(200);
+  TournamentsInfo info;
+  info.tournaments = {entry};
+  TourListPicture list(info.type);
+  list.apply(*make<SrvTournamentsInfo>(info));
+
+  MultiTourTablesInfo tables;
+  tables.tables.emplace_back().name = hostile;
+  MultiTourPlayersInfo players;
+  players.players.emplace_back().player.name = hostile;
+  MultiTourTextInfo text;
+  text.texts = {{MultiTourText::Title, hostile}, {MultiTourText::Blinds, hostile}};
+  PrizeSchemeInfoMap prizes;
+  PrizeSchemeInfoRow row;
+  row.type = static_cast<PrizeType>(99);
+  prizes.add(row);
+  PrizeFundInfo fund;
+  fund.summary = hostile;
+  fund.texts.set(static_cast<PrizeFundText>(250), hostile);
+  TourPicture picture(3);
+  picture.apply(*make<SrvMultiTourInitialize>(tables, players, text, 3u, prizes, fund, 1u, 1u));
+  MultiStartInfo start;
+  start.starts = start.registrationEnds = hostile;
+  picture.apply(*make<SrvMultiTourDetailedInfo>(MultiTourMoneyInfo(), start, MultiTourneyInfo(), 3u, 5u, true));
+  TournamentDetailedInfo details;
+  details.description = hostile;
+  details.players.emplace_back().player.name = hostile;
+
+  std::vector<std::string> lines = tourListText({&list});
+  for (const bool finished : {false, true}) {
+    details.finished = finished;
+    for (const std::string& line : tourText(entry, picture, details, "cost: free")) lines.push_back(line);
+  }
+  EXPECT_GT(lines.size(), 30u);
+  expectPrintable(lines);
+}
+
+TEST(TourLobbyText, TellsWhatItCosts) {
+  const auto units = [](std::int64_t cash, std::int64_t tourMoney = 0) {
+    return TourMoneyType(RealMoneyType::fromUnits(cash), RealMoneyType::fromUnits(tourMoney));
+  };
+  EXPECT_EQ(costText(*make<SrvTourMoney>(units(50), units(5), units(55), 3u)), "cost: buy-in 50 · fee 5 · total 55");
+  EXPECT_EQ(costText(*make<SrvTourMoney>(units(50, 40), units(5), units(55), 3u)),
+            "cost: buy-in 50 (or 40 in tournament money) · fee 5 · total 55");
+  EXPECT_EQ(costText(*make<SrvTourMoney>(units(0), units(0), units(0), 3u)), "cost: free");
+}
+
+TEST(TourLobbyText, GivesNoPlacesInOneThatWasCalledOff) {
+  const auto linesOf = [](const std::string& news, bool hasPrizes) {
+    MultiTourTextInfo text;
+    text.texts = {{MultiTourText::News, news}};
+    PrizeSchemeInfoMap prizes;
+    if (hasPrizes) prizes.add(PrizeSchemeInfoRow());
+    TourPicture picture(3);
+    picture.apply(*make<SrvMultiTourInitialize>(MultiTourTablesInfo(), MultiTourPlayersInfo(), text, 3u, prizes,
+                                                PrizeFundInfo(), 1u, 1u));
+    TourListEntry entry;
+    entry.status = TOUR_NAMES::TourStatus::Finished;
+    TournamentDetailedInfo details;
+    details.finished = true;
+    details.players.emplace_back().player.name = "Ann";
+    std::string lines;
+    for (const std::string& line : tourText(entry, picture, details, "")) lines += line + '\n';
+    return lines;
+  };
+  EXPECT_THAT(linesOf("Called off: The house closes.", false), AllOf(HasSubstr("called off"), Not(HasSubstr("Ann"))));
+  EXPECT_THAT(linesOf("Ann has won.", true), AllOf(HasSubstr("finished"), HasSubstr("Ann ")));
+  EXPECT_THAT(linesOf("Called off was the rain.", true), HasSubstr("Ann ")) << "one that was played has prizes";
+}
+
+TEST(TourLobbyText, TellsWhatIsNewAndOnlyThat) {
+  MultiTourneyInfo before;
+  before.registeredPlayers = before.playersLeft = 12;
+  before.tables = 2;
+  MultiTourneyInfo now = before;
+  EXPECT_THAT(changesText(before, now), ElementsAre());
+  now.playersLeft = 9;
+  now.tables = 1;
+  now.rebuys = 1;
+  EXPECT_THAT(changesText(before, now), ElementsAre("9 players left at 1 table", "1 re-buy"));
+
+  const auto players = [](std::vector<std::pair<std::string, std::uint32_t>> tables) {
+    TourPicture::Players all;
+    for (const auto& [name, table] : tables) all[name].tableID = table;
+    return all;
+  };
+  EXPECT_THAT(playersText({}, players({{"Ann", 0}, {"Ben", 0}}), false), ElementsAre("Ann, Ben register"));
+  EXPECT_THAT(playersText(players({{"Ann", 0}, {"Ben", 0}}), players({{"Ben", 0}}), false),
+              ElementsAre("Ann withdraws"));
+  const TourPicture::Players drawn = players({{"Ann", 1}, {"Ben", 2}, {"Cy", 1}, {"Dan", 2}});
+  EXPECT_THAT(playersText(players({{"Ann", 0}, {"Ben", 0}, {"Cy", 0}, {"Dan", 0}}), drawn, true),
+              ElementsAre("table 1: Ann, Cy", "table 2: Ben, Dan"));
+  EXPECT_THAT(playersText(drawn, drawn, true), ElementsAre());
+  EXPECT_THAT(playersText(drawn, players({{"Ann", 1}, {"Ben", 1}, {"Cy", 1}}), true),
+              ElementsAre("Dan is out: place 4", "to table 1: Ben"));
+  EXPECT_THAT(playersText(drawn, players({{"Ann", 1}, {"Ben", 2}}), true),
+              ElementsAre("Cy is out: place 3-4", "Dan is out: place 3-4"));
+
+  const auto level = [](bool begins, std::int32_t units) {
+    return levelText(*make<SrvLevelSwitch>(RealMoneyType::fromUnits(30), RealMoneyType::fromUnits(60), std::int16_t{3},
+                                           units, TOUR_NAMES::SwitchType::ByHands, begins),
+                     LimitType::FixedLimit);
+  };
+  EXPECT_EQ(level(true, 10), "level 3: bets 30/60, the next one in 10 hands");
+  EXPECT_EQ(level(true, 0), "level 3: bets 30/60");
+  EXPECT_EQ(level(false, 1), "in 1 hand, level 3 is next: bets 30/60");
+  EXPECT_EQ(inOneLine("\nTwo\n lines\n of it"), "Two lines of it");
 }
 
 }  // namespace

@@ -1,7 +1,10 @@
+#include "Sanitized.h"
+
 #include <examples/holdem/game/CardText.h>
 #include <examples/holdem/game/Deck.h>
 #include <examples/holdem/game/HandValue.h>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -9,35 +12,147 @@
 #include <functional>
 #include <initializer_list>
 #include <map>
+#include <optional>
 #include <random>
+#include <set>
 #include <stdexcept>
+#include <string>
 #include <string_view>
 #include <utility>
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define CP_SANITIZED 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-#define CP_SANITIZED 1
-#endif
-#endif
+#include <vector>
 
 namespace poker::holdem {
 namespace {
 
 using Category = HandValue::Category;
 using Five = std::array<Card, 5>;
+using Judgement = std::array<int, 6>;
 
-#ifdef CP_SANITIZED
-constexpr int kRandomHands = 10'000;
-#else
-constexpr int kRandomHands = 200'000;
-#endif
+std::string dealText(Deck& deck, std::size_t count) {
+  std::string text;
+  for (; count > 0; --count) text += toText(deck.deal());
+  return text;
+}
+
+TEST(Deck, HasEveryCardOnceHoweverItIsShuffled) {
+  SystemRandom random;
+  Deck deck;
+  for (int round = 0; round < 3; ++round) {
+    std::set<std::string> cards;
+    for (; deck.remaining() > 0;) cards.insert(toText(deck.deal()));
+    EXPECT_EQ(cards.size(), 52u);
+    EXPECT_FALSE(cards.contains("??"));
+    EXPECT_THROW(deck.deal(), std::logic_error);
+    deck.shuffle(random);
+    EXPECT_EQ(deck.remaining(), 52u);
+  }
+}
+
+TEST(Deck, TakesTheSameOrderFromTheSameBitsEverywhere) {
+  std::mt19937_64 random(1);
+  Deck deck;
+  deck.shuffle(random);
+  EXPECT_EQ(dealText(deck, 5), "7♣3♣7♠6♠T♦");
+  std::mt19937_64 again(1);
+  deck.shuffle(again);
+  EXPECT_EQ(dealText(deck, 5), "7♣3♣7♠6♠T♦") << "what was before a shuffle counts for it";
+}
+
+TEST(Deck, PutsEveryCardAnywhereEquallyOften) {
+  constexpr int kShuffles = 10'000;
+  std::array<std::array<int, Deck::kCards>, Deck::kCards> times{};
+  Deck sorted;
+  std::array<std::size_t, 256> indexOf{};
+  for (std::size_t i = 0; i < Deck::kCards; ++i) indexOf[sorted.deal().toByte()] = i;
+  std::mt19937_64 random(2);
+  Deck deck;
+  for (int round = 0; round < kShuffles; ++round) {
+    deck.shuffle(random);
+    for (auto& place : times) ++place[indexOf[deck.deal().toByte()]];
+  }
+  const double expected = double{kShuffles} / Deck::kCards;
+  double chiSquare = 0;
+  for (const auto& place : times) {
+    for (const int count : place) chiSquare += (count - expected) * (count - expected) / expected;
+  }
+  // 51 * 51 degrees of freedom; six standard deviations on each side.
+  EXPECT_GT(chiSquare, 2601 - 6 * 72);
+  EXPECT_LT(chiSquare, 2601 + 6 * 72);
+}
+
+TEST(Deck, StacksNamedCardsOnTopOfTheOthersInTheirOrder) {
+  std::mt19937_64 random(3);
+  Deck deck;
+  deck.shuffle(random);
+  Deck plain = deck;
+  EXPECT_EQ(toText(deck.deal()), toText(plain.deal()));
+  const std::string next = toText(Deck(plain).deal());
+  const auto named = cardsFromText("As Kd 2c 7h").value();
+  deck.stack(named);
+  EXPECT_EQ(dealText(deck, 4), "A♠K♦2♣7♥");
+  while (deck.remaining() > 0) {
+    const Card card = deck.deal();
+    Card other = plain.deal();
+    while (testing::Value(other, testing::AnyOfArray(named))) other = plain.deal();
+    ASSERT_EQ(card, other);
+  }
+
+  Deck kept;
+  const Card top = kept.deal();
+  for (const auto& bad : {std::vector{named[0], named[0]}, {named[0], Card()}, {named[0], top}}) {
+    EXPECT_THROW(kept.stack(bad), std::invalid_argument);
+  }
+  EXPECT_EQ(dealText(kept, 2), "3♣4♣") << "a refused stack changed the deck";
+}
+
+// A generator that gives what it is told.
+struct Script {
+  using result_type = std::uint64_t;
+  static constexpr result_type min() { return 0; }
+  static constexpr result_type max() { return UINT64_MAX; }
+  result_type operator()() { return values.at(next++); }
+  std::vector<result_type> values;
+  std::size_t next = 0;
+};
+
+TEST(DrawBelow, PassesOverTheBitsThatWouldFavourSomeResults) {
+  constexpr std::uint64_t kHuge = (std::uint64_t{1} << 63) + 1;  // 2^64 has kHuge - 2 beyond its one multiple
+  Script script{{0, kHuge - 3, kHuge - 2, 3, 5}};
+  EXPECT_EQ(drawBelow(script, kHuge), kHuge - 2);
+  EXPECT_EQ(drawBelow(script, 6), 5u) << "2^64 has four beyond a multiple of six, so 3 is passed over";
+  EXPECT_EQ(script.next, 5u);
+}
+
+TEST(CardText, ReadsWhatPeopleWrite) {
+  for (const auto& [text, read] : std::initializer_list<std::pair<const char*, const char*>>{
+           {"As", "A♠"}, {"td", "T♦"}, {"10h", "T♥"}, {"2C", "2♣"}, {"Q♥", "Q♥"}, {"10♣", "T♣"}, {"9♦", "9♦"}}) {
+    const std::optional<Card> card = cardFromText(text);
+    ASSERT_TRUE(card.has_value()) << text;
+    EXPECT_EQ(toText(*card), read);
+    EXPECT_EQ(card->visibility(), Card::Visibility::Shown);
+  }
+  for (const char* bad : {"", "A", "1s", "0h", "10", "sA", "Asx", "As ", "AsKd", "A\xE2\x99", "??", "11s"}) {
+    EXPECT_FALSE(cardFromText(bad).has_value()) << bad;
+  }
+  EXPECT_EQ(toText(Card()), "??");
+  EXPECT_EQ(toText(Card(Card::Suit::Spade, Card::Rank::Ace, Card::Visibility::Hidden)), "??");
+  EXPECT_EQ(toText(Card(Card::Suit::Spade, Card::Rank::LowAce, Card::Visibility::HiddenOwner)), "A♠");
+  EXPECT_EQ(toText(Card(Card::Suit{5}, Card::Rank{15})), "??");
+
+  const auto cards = cardsFromText("  AsKd Qh10c ");
+  ASSERT_TRUE(cards.has_value());
+  std::string all;
+  for (const Card& card : *cards) all += toText(card);
+  EXPECT_EQ(all, "A♠K♦Q♥T♣");
+  EXPECT_TRUE(cardsFromText("").value().empty());
+  for (const char* bad : {"As,Kd", "AsK", "x"}) EXPECT_FALSE(cardsFromText(bad).has_value()) << bad;
+}
+
+constexpr int kRandomHands = test::kSanitized ? 10'000 : 200'000;
 
 HandValue valueOf(std::string_view text) { return HandValue::best(cardsFromText(text).value()); }
 
 // The value of five cards as one tells it at a table: what comes most often first, then the higher; and its shape.
-using Judgement = std::array<int, 6>;
 Judgement judge(const Five& cards) {
   std::array<int, 15> times{};
   for (const Card& card : cards) ++times[static_cast<std::size_t>(card.rank())];
@@ -143,33 +258,7 @@ TEST(HandValue, OfSixAndSevenCardsIsTheBestFiveOfThem) {
   expectBestOfFives<7>(random);
 }
 
-TEST(HandValue, DecidesTheCasesThatPlayersArgueAbout) {
-  struct Case {
-    const char* better;
-    const char* worse;
-  };
-  for (const auto& [better, worse] : std::initializer_list<Case>{
-           {"Ac2d3h4s5c", "AcAdAhKsQc"},          // the lowest straight is one
-           {"2c3c4c5c6c", "Ah2h3h4h5h"},          // ... and the lowest of one suit
-           {"Ah2h3h4h5hKhQs", "AcAdAsAhKc"},      // five in a row of the suit below its high cards
-           {"7h8h9hThJhAhKh", "6s7s8s9sTs"},      // a straight flush with higher cards of the suit beside it
-           {"AhKh9h8h2h3h4s", "AhKh9h7h6h5h4s"},  // six of a suit: the best five, one by one
-           {"KcKdKh2s2c", "QcQdQhAsAc"},          // the three decide
-           {"KcKdKhAsAcAh2c", "AcAdAhQsQcQhKd"},  // two trips: the lower ones are the pair
-           {"KcKdKh5s5c4d4h", "KcKdKh4s4c2d2h"},  // the higher of two pairs beside trips
-           {"AcAdKhKsQcQd2c", "AcAdKhKsJcJd2c"},  // three pairs: a card of the third is the kicker
-           {"5c5d5h5sKc", "5c5d5h5sQcQdQh"},      // four of a kind and one card, not the three
-       }) {
-    EXPECT_GT(valueOf(better), valueOf(worse)) << better << " against " << worse;
-  }
-  for (const auto& [one, other] : std::initializer_list<Case>{
-           {"AhKdQsJcTh2c3d", "AhKdQsJcThAdAc"},  // the board plays
-           {"AhAdKsQcJh3c2d", "AhAcKsQcJh9d4d"},  // the sixth and seventh card do not count
-           {"AhAd7s7cKh2c3d", "AhAd7s7cKh6d6c"},  // the third pair is below the kicker
-           {"9h8h7h6h5h4h2h", "9s8s7s6s5sAsQs"},
-       }) {
-    EXPECT_EQ(valueOf(one), valueOf(other)) << one << " and " << other;
-  }
+TEST(HandValue, TakesTheLowAceForAnAce) {
   const Card low[] = {{Card::Suit::Club, Card::Rank::LowAce},
                       {Card::Suit::Club, Card::Rank::King},
                       {Card::Suit::Club, Card::Rank::Queen},
