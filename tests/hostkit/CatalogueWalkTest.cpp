@@ -6,7 +6,6 @@
 #include <CommandProcessor/core/CmdDispatcher.h>
 #include <CommandProcessor/core/SrvCmdProcessor.h>
 #include <CommandProcessor/core/SrvTourCmdProcessor.h>
-#include <CommandProcessor/types/FieldJson.h>
 #include <gtest/gtest.h>
 #include <hostkit/CommandFactory.h>
 #include <hostkit/Decode.h>
@@ -18,6 +17,7 @@
 #include <utility>
 #include <vector>
 
+#include <tests/support/EveryClass.h>
 #include <tests/support/RandomFields.h>
 #include "HostKitUse.h"
 
@@ -94,12 +94,6 @@ struct Recorder final : ClientCmdProcessor, SrvCmdProcessor, ClientTourCmdProces
   Calls calls;
   MiscRecorder misc{calls};
 };
-
-std::string shown(const PokerCommandI& command) {
-  FieldsToJson json(JsonSecrets::kShow);
-  CommandFields::of(command)->visit(command, json);
-  return json.take();
-}
 
 TEST(Catalogue, IsWholeAndEveryClassGoesItsWayFromThePoolToItsHandler) {
   Recorder recorder;
