@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
-namespace poker::test {
+#include <tests/support/WireBytes.h>
 
-using Bytes = std::vector<std::uint8_t>;
+namespace poker::test {
 
 /// Writes a capture of TCP connections, or of exported PDUs that name the dissector "cmdproc".
 class DissectorCapture {

@@ -2,10 +2,10 @@
 #include <hostkit/Batch.h>
 #include <hostkit/Encode.h>
 #include <hostkit/StreamFramer.h>
-#include <inspect/CommandFields.h>
 #include <inspect/schema/WireWalk.h>
 #include <tests/cmdproc/DissectorCapture.h>
-#include <tests/support/RandomFields.h>
+#include <tests/cmdproc/Ran.h>
+#include <tests/inspect/RandomFrame.h>
 #include <tools/cmdproc/dissector/Dissector.h>
 #include <tools/cmdproc/input/DecodeFrame.h>
 
@@ -29,7 +29,9 @@ namespace {
 
 using test::Bytes;
 using test::DissectorCapture;
-namespace fs = std::filesystem;
+using test::hex;
+using test::joined;
+using test::writeFile;
 
 std::string hexOf(std::span<const std::uint8_t> bytes) {
   constexpr char kDigits[] = "0123456789abcdef";
@@ -109,30 +111,24 @@ class PdmlReader {
   std::size_t packets_ = 0;
 };
 
-/// A folder with a plugin and captures, away from the settings and plugins of whoever runs the test.
+/// A plugin and captures, away from the settings and plugins of whoever runs the test.
 class Dissector : public testing::Test {
  protected:
   void SetUp() override {
     if (std::system("tshark --version >/dev/null 2>&1") != 0) GTEST_SKIP() << "there is no tshark (Debian: tshark)";
-    std::string name = (fs::temp_directory_path() / "cmdproc-dissector-XXXXXX").string();
-    ASSERT_NE(mkdtemp(name.data()), nullptr);
-    folder_ = name;
-    ASSERT_EQ(std::system((CMDPROC_PROGRAM " dissector >" + plugin().string()).c_str()), 0);
-  }
-  void TearDown() override {
-    if (!folder_.empty()) fs::remove_all(folder_);
+    writeFile(plugin(), test::cmdproc("dissector").out);
   }
 
-  fs::path plugin() const { return folder_ / "cmdproc.lua"; }
-  fs::path capture() const { return folder_ / "capture.pcap"; }
+  std::string plugin() const { return folder_.file("cmdproc.lua"); }
+  std::string capture() const { return folder_.file("capture.pcap"); }
 
   /// Lets tshark read the capture, and hands over its output in pieces that end with `end`.
   template <class Use>
   void runTshark(const std::string& options, char end, const Use& use) {
-    const std::string settings = "HOME=" + folder_.string() + " WIRESHARK_CONFIG_DIR=" + folder_.string() +
-                                 " WIRESHARK_PLUGIN_DIR=" + folder_.string() + "/none";
-    const std::string command = settings + " tshark -X lua_script:" + plugin().string() + " -r " + capture().string() +
-                                " -o cmdproc.tcp_ports:4000 " + options + " 2>" + (folder_ / "messages").string();
+    const std::string home = folder_.file(""), messages = folder_.file("messages");
+    const std::string command = "HOME=" + home + " WIRESHARK_CONFIG_DIR=" + home + " WIRESHARK_PLUGIN_DIR=" + home +
+                                "none tshark -X lua_script:" + plugin() + " -r " + capture() +
+                                " -o cmdproc.tcp_ports:4000 " + options + " 2>" + messages;
     std::FILE* output = popen(command.c_str(), "r");
     ASSERT_NE(output, nullptr);
     char* text = nullptr;
@@ -142,8 +138,8 @@ class Dissector : public testing::Test {
     }
     std::free(text);
     EXPECT_EQ(pclose(output), 0);
-    std::ifstream messages(folder_ / "messages");
-    for (std::string line; std::getline(messages, line);) {
+    std::ifstream said(messages);
+    for (std::string line; std::getline(said, line);) {
       EXPECT_TRUE(line.starts_with("Running as user")) << line;
     }
   }
@@ -162,7 +158,7 @@ class Dissector : public testing::Test {
   }
 
  private:
-  fs::path folder_;
+  test::TempFolder folder_;
 };
 
 /// Characters of ISO 8859-1 as PDML has them: in UTF-8, what XML cannot hold escaped.
@@ -294,47 +290,17 @@ void expectShown(const std::vector<ShownCommand>& shown, const std::vector<Bytes
 
 // --- commands --------------------------------------------------------------------------------------------------------
 
-/// Whole frames with random values; a batch with random bytes in it is none.
-class RandomFrames {
- public:
-  explicit RandomFrames(std::uint64_t seed) : random(seed) {}
-
-  Bytes of(const CommandSchema& schema) {
-    const CommandFields& row = *CommandFields::of(schema.name());
-    PokerCommandI& command = row.create();
-    try {
-      test::RandomFields values(random());
-      row.assign(command, values);
-    } catch (const FieldValueError&) {
-      // Some fields are held narrower than they travel: what is set so far will do.
-    }
-    const auto bytes = encodeCommand(command, buffer_);
-    Bytes frame(bytes.begin(), bytes.end());
-    command.release();
-    return frame;
-  }
-
-  /// So many of every class but batches.
-  std::vector<Bytes> ofAll(int rounds) {
-    std::vector<Bytes> frames;
-    for (int round = 0; round < rounds; ++round) {
-      for (const CommandSchema& schema : CommandSchema::all()) {
-        if (schema.name() != CommandInfo<SrvCompressedCommands>::name) frames.push_back(of(schema));
+/// So many whole frames of every class but batches, with random values: a batch with random bytes in it is none.
+std::vector<Bytes> randomFrames(std::mt19937_64& random, int rounds) {
+  std::vector<Bytes> frames;
+  for (int round = 0; round < rounds; ++round) {
+    for (const CommandSchema& schema : CommandSchema::all()) {
+      if (schema.name() != CommandInfo<SrvCompressedCommands>::name) {
+        frames.push_back(test::randomFrame(schema, random()));
       }
     }
-    return frames;
   }
-
-  std::mt19937_64 random;
-
- private:
-  SerializeCommandBuf buffer_{256};
-};
-
-Bytes joined(std::span<const Bytes> frames) {
-  Bytes bytes;
-  for (const Bytes& frame : frames) bytes.insert(bytes.end(), frame.begin(), frame.end());
-  return bytes;
+  return frames;
 }
 
 Bytes batchOf(const Bytes& frames) {
@@ -344,11 +310,7 @@ Bytes batchOf(const Bytes& frames) {
   return {bytes.begin(), bytes.end()};
 }
 
-Bytes bytesOf(std::initializer_list<int> values) {
-  Bytes bytes;
-  for (const int value : values) bytes.push_back(static_cast<std::uint8_t>(value));
-  return bytes;
-}
+const Bytes kKeepAlive = hex("0A 00 00 00 80 02 05 00 00 00");
 
 // --- tests -----------------------------------------------------------------------------------------------------------
 
@@ -379,8 +341,8 @@ TEST(DissectorNames, WordsAndSharedFilters) {
 }
 
 TEST_F(Dissector, AgreesWithEveryClass) {
-  RandomFrames random(1);
-  const std::vector<Bytes> frames = random.ofAll(48);
+  std::mt19937_64 random(1);
+  const std::vector<Bytes> frames = randomFrames(random, 48);
   {
     DissectorCapture file(capture(), DissectorCapture::Kind::ExportedPdus);
     for (const Bytes& frame : frames) file.exportedPdu(frame);
@@ -389,9 +351,9 @@ TEST_F(Dissector, AgreesWithEveryClass) {
 }
 
 TEST_F(Dissector, AgreesWhereverTheStreamIsCut) {
-  RandomFrames random(2);
+  std::mt19937_64 random(2);
   // At every byte, all commands one after the other.
-  std::vector<Bytes> frames = random.ofAll(1);
+  std::vector<Bytes> frames = randomFrames(random, 1);
   const Bytes stream = joined(frames);
   {
     DissectorCapture file(capture(), DissectorCapture::Kind::Tcp);
@@ -403,12 +365,11 @@ TEST_F(Dissector, AgreesWhereverTheStreamIsCut) {
     };
     // Into segments of one size, from many for a command to many commands in one.
     for (const std::size_t size : {3u, 17u, 251u, 1448u, 20000u}) {
-      repeat(random.ofAll(2), [&](std::uint16_t to, const Bytes& bytes) { file.stream(to, bytes, size); });
+      repeat(randomFrames(random, 2), [&](std::uint16_t to, const Bytes& bytes) { file.stream(to, bytes, size); });
     }
     // Three short commands into two segments, in every way.
     for (std::size_t at = 1; at < 30; ++at) {
-      const Bytes keepAlive = bytesOf({10, 0, 0, 0, 0x80, 2, 5, 0, 0, 0});
-      repeat({keepAlive, keepAlive, keepAlive}, [&](std::uint16_t to, const Bytes& bytes) {
+      repeat({kKeepAlive, kKeepAlive, kKeepAlive}, [&](std::uint16_t to, const Bytes& bytes) {
         file.segment(to, 0, std::span(bytes).first(at));
         file.segment(to, static_cast<std::uint32_t>(at), std::span(bytes).subspan(at));
       });
@@ -418,12 +379,12 @@ TEST_F(Dissector, AgreesWhereverTheStreamIsCut) {
 }
 
 TEST_F(Dissector, AgreesInsideBatches) {
-  RandomFrames random(3);
+  std::mt19937_64 random(3);
   std::vector<Bytes> frames;
   Bytes stream;
-  const std::vector<Bytes> commands = random.ofAll(8);
+  const std::vector<Bytes> commands = randomFrames(random, 8);
   for (std::span<const Bytes> rest = commands; !rest.empty();) {
-    const auto inside = rest.first(std::min<std::size_t>(rest.size(), random.random() % 40));
+    const auto inside = rest.first(std::min<std::size_t>(rest.size(), random() % 40));
     rest = rest.subspan(inside.size());
     frames.push_back(batchOf(joined(inside)));
     stream.insert(stream.end(), frames.back().begin(), frames.back().end());
@@ -455,21 +416,21 @@ bool changeCount(const CommandSchema& schema, Bytes& frame, std::uint64_t random
 }
 
 TEST_F(Dissector, MarksWhereReadingFails) {
-  RandomFrames random(4);
+  std::mt19937_64 random(4);
   std::vector<Bytes> frames;
   for (const CommandSchema& schema : CommandSchema::all()) {
     if (schema.name() == "ClMiscDumpManager") continue;  // nobody receives it
     for (int damage = 0; damage < 36; ++damage) {
-      Bytes frame = random.of(schema);
+      Bytes frame = test::randomFrame(schema, random());
       const std::size_t fields = frame.size() - kShortestFrame;
-      if (damage % 2 == 1 && changeCount(schema, frame, random.random())) {
+      if (damage % 2 == 1 && changeCount(schema, frame, random())) {
         // It leads elsewhere now, or nowhere.
       } else if (damage % 3 == 0 && fields != 0) {
-        frame[kShortestFrame + random.random() % fields] ^= static_cast<std::uint8_t>(1 + random.random() % 255);
+        frame[kShortestFrame + random() % fields] ^= static_cast<std::uint8_t>(1 + random() % 255);
       } else if (damage % 3 == 1) {
-        frame.resize(kShortestFrame + (fields == 0 ? 0 : random.random() % fields));
+        frame.resize(kShortestFrame + (fields == 0 ? 0 : random() % fields));
       } else {
-        frame.resize(frame.size() + 1 + random.random() % 4);
+        frame.resize(frame.size() + 1 + random() % 4);
       }
       frame[0] = static_cast<std::uint8_t>(frame.size());
       frame[1] = static_cast<std::uint8_t>(frame.size() >> 8);
@@ -507,34 +468,33 @@ TEST_F(Dissector, MarksWhereReadingFails) {
 }
 
 TEST_F(Dissector, MarksWhatIsNoCommand) {
-  const Bytes keepAlive = bytesOf({10, 0, 0, 0, 0x80, 2, 5, 0, 0, 0});
-  Bytes announcesMore = batchOf(keepAlive);
+  Bytes announcesMore = batchOf(kKeepAlive);
   announcesMore[6] = 11;
-  Bytes announcesLess = batchOf(keepAlive);
+  Bytes announcesLess = batchOf(kKeepAlive);
   announcesLess[6] = 9;
-  Bytes damaged = batchOf(keepAlive);
+  Bytes damaged = batchOf(kKeepAlive);
   damaged.back() ^= 1;
-  Bytes huge = batchOf(keepAlive);
+  Bytes huge = batchOf(kKeepAlive);
   huge[8] = 0x11;
-  Bytes nested = batchOf(batchOf(keepAlive));
-  Bytes partial = batchOf(bytesOf({11, 0, 0, 0, 0x80, 2, 5, 0, 0, 0}));
+  Bytes nested = batchOf(batchOf(kKeepAlive));
+  Bytes partial = batchOf(hex("0B 00 00 00 80 02 05 00 00 00"));
   const std::vector<std::pair<Bytes, std::string>> frames = {
-      {bytesOf({8, 0, 0, 0, 250, 99, 1, 2}), "family 99, code 250: no command, 2 bytes left"},
+      {hex("08 00 00 00 FA 63 01 02"), "family 99, code 250: no command, 2 bytes left"},
       {announcesMore, "the batch holds less than it announces"},
       {announcesLess, "the batch holds more than it announces"},
       {damaged, "the batch is damaged"},
       {huge, "the batch announces more than a batch may hold"},
       {nested, "the batch holds another batch"},
       {partial, "10 bytes that are no whole frame"},
-      {bytesOf({5, 0, 0, 0, 0x80}), "a frame of 5 bytes is below the minimum of 6; the stream is out of step"},
-      {bytesOf({0, 0, 0, 0x80, 0x80, 2}),
+      {hex("05 00 00 00 80"), "a frame of 5 bytes is below the minimum of 6; the stream is out of step"},
+      {hex("00 00 00 80 80 02"),
        "a frame of 2147483648 bytes is above the limit of 1048576; the stream is out of step"},
   };
   {
     DissectorCapture file(capture(), DissectorCapture::Kind::Tcp);
     std::uint16_t port = 20000;
     for (const auto& [frame, problem] : frames) file.segment(port++, 0, frame);
-    file.segment(port, 0, keepAlive, 2);
+    file.segment(port, 0, kKeepAlive, 2);
   }
   std::map<std::size_t, std::vector<std::string>> problems;
   bool cut = false;
@@ -557,17 +517,11 @@ TEST_F(Dissector, MarksWhatIsNoCommand) {
   }
 }
 
-Bytes frameOf(std::string_view name, std::initializer_list<int> fields) {
-  const CommandDescription& row = *findCommand(name);
-  const auto size = static_cast<int>(kShortestFrame + fields.size());
-  Bytes frame = bytesOf({size, 0, 0, 0, row.code, static_cast<int>(row.family)});
-  for (const int field : fields) frame.push_back(static_cast<std::uint8_t>(field));
-  return frame;
-}
-
+/// Values as they lie in memory: numbers and bytes.
 template <class T>
 Bytes frameOf(std::string_view name, const std::vector<T>& fields) {
-  Bytes frame = frameOf(name, {});
+  const CommandDescription& row = *findCommand(name);
+  Bytes frame = {0, 0, 0, 0, row.code, static_cast<std::uint8_t>(row.family)};
   for (const T field : fields) {
     const auto bytes = std::bit_cast<std::array<std::uint8_t, sizeof(T)>>(field);
     frame.insert(frame.end(), bytes.begin(), bytes.end());
@@ -589,8 +543,8 @@ TEST_F(Dissector, ShowsAmountsTimesAndTexts) {
   };
   std::vector<Bytes> frames = {
       frameOf<std::int64_t>("SrvMoney", {1250, -5, 300, INT64_MIN}),
-      frameOf("SrvChatMsg", {'J', 'o', 0xE9, 0, '<', '"', '&', 0xFC, '>', 0, 1, 2}),
-      frameOf("SrvShowPlayerCards", {6, 0, 0, 0, 255, 0x3C, 100 + 0x1E, 99, 100, 254, 7}),
+      frameOf("SrvChatMsg", hex("4A 6F E9 00 3C 22 26 FC 3E 00 01 02")),
+      frameOf("SrvShowPlayerCards", Bytes{6, 0, 0, 0, 255, 0x3C, 100 + 0x1E, 99, 100, 254, 7}),
   };
   for (const auto& [days, text] : times) frames.push_back(frameOf<double>("SrvConnectGameOK", {days}));
   {
@@ -625,8 +579,8 @@ TEST_F(Dissector, ShowsAmountsTimesAndTexts) {
 
 TEST_F(Dissector, FiltersAndListsAndKeepsSecrets) {
   const Bytes money = frameOf<std::int64_t>("SrvMoney", {1250, 0, 0, 0});
-  const Bytes turn = frameOf("SrvSitOk", {4});
-  const Bytes password = frameOf("ClSendUserPass", {'s', 'e', 's', 'a', 'm', 'e', 0});
+  const Bytes turn = frameOf("SrvSitOk", Bytes{4});
+  const Bytes password = frameOf("ClSendUserPass", Bytes{'s', 'e', 's', 'a', 'm', 'e', 0});
   const Bytes stream = joined(std::vector{money, turn, batchOf(joined(std::vector{turn, money})), password});
   {
     DissectorCapture file(capture(), DissectorCapture::Kind::Tcp);

@@ -1,12 +1,10 @@
 #include <CommandProcessor/types/RealMoneyType.h>
-#include <CommandProcessor/wire/SerializeCommandBuf.h>
 #include <CommandProcessor/wire/WireNumber.h>
 #include <hostkit/CommandFactory.h>
-#include <inspect/CommandFields.h>
 #include <inspect/CommandText.h>
 #include <inspect/schema/SchemaJson.h>
 #include <inspect/schema/WireWalk.h>
-#include <tests/support/RandomFields.h>
+#include <tests/inspect/RandomFrame.h>
 #include <tools/cmdproc/docs/PageSchema.h>
 
 #include <gtest/gtest.h>
@@ -76,10 +74,6 @@ Json sampleOf(const CommandSchema& schema, const std::vector<std::uint8_t>& fram
   return sample;
 }
 
-void setLength(std::vector<std::uint8_t>& frame) {
-  wire::storeLittleEndian(frame.data(), static_cast<std::uint32_t>(frame.size()));
-}
-
 // The page in a browser without a network reads random and damaged commands of all classes as walkCommand does. What
 // else a page must do, the script checks by itself.
 TEST(ReferencePage, ReadsCommandsAsTheWalkDoes) {
@@ -91,23 +85,11 @@ TEST(ReferencePage, ReadsCommandsAsTheWalkDoes) {
     const CommandDescription& description = *schema.description;
     // A pair that names two classes is read as one of them.
     if (CommandFactory::find(description.family, description.code)->name() != schema.name()) continue;
-    const CommandFields& row = *CommandFields::of(schema.name());
-    PokerCommandI& command = row.create();
     for (int round = 0; round < 4; ++round) {
-      try {
-        RandomFields values(random());
-        row.assign(command, values);
-      } catch (const FieldValueError&) {
-        // Some fields are held narrower than they travel: what is set so far will do.
-      }
-      SerializeCommandBuf buffer(64);
-      command.serialize(buffer);
-      std::uint32_t size = 0;
-      const std::uint8_t* bytes = buffer.finish(size);
-      const std::vector<std::uint8_t> frame(bytes, bytes + size);
+      const Bytes frame = randomFrame(schema, random());
       file << sampleOf(schema, frame) << '\n';
       for (int damage = 0; damage < 4; ++damage) {
-        std::vector<std::uint8_t> wrong = frame;
+        Bytes wrong = frame;
         const auto place = static_cast<std::ptrdiff_t>(6 + random() % (wrong.size() - 5));
         if (damage == 0) {
           wrong.resize(static_cast<std::size_t>(place));
@@ -116,11 +98,10 @@ TEST(ReferencePage, ReadsCommandsAsTheWalkDoes) {
         } else if (wrong.size() > 6) {
           wrong[6 + random() % (wrong.size() - 6)] ^= static_cast<std::uint8_t>(1 + random() % 255);
         }
-        setLength(wrong);
+        wire::storeLittleEndian(wrong.data(), static_cast<std::uint32_t>(wrong.size()));
         file << sampleOf(schema, wrong) << '\n';
       }
     }
-    command.release();
   }
   file.close();
   ASSERT_TRUE(file.good());

@@ -17,8 +17,8 @@
 #include <utility>
 #include <vector>
 
+#include <tests/inspect/RandomFrame.h>
 #include <tests/support/EveryClass.h>
-#include <tests/support/RandomFields.h>
 #include "HostKitUse.h"
 
 namespace poker::test {
@@ -105,11 +105,7 @@ TEST(Catalogue, IsWholeAndEveryClassGoesItsWayFromThePoolToItsHandler) {
     for (std::uint64_t round = 0; round < 200; ++round) {
       const CommandHandle<> sent(row.create());
       RandomFields values(round * 256 + row.code());
-      try {
-        fields->assign(*sent, values);
-      } catch (const FieldValueError&) {
-        continue;  // what is held may be narrower than what travels
-      }
+      if (!assignRandom(*sent, values)) continue;
       ++sets;
       ASSERT_TRUE(row.fitsOnWire(*sent));
       const Bytes bytes = frameOf(*sent);

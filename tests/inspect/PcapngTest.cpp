@@ -1,12 +1,9 @@
-#include <CommandProcessor/wire/SerializeCommandBuf.h>
-#include <inspect/CommandFields.h>
 #include <inspect/capture/PcapngFile.h>
 #include <inspect/capture/PcapngReader.h>
 #include <inspect/capture/PcapngWriter.h>
 #include <inspect/capture/Redact.h>
 #include <inspect/schema/WireWalk.h>
-#include <tests/support/RandomFields.h>
-#include <tests/support/WireBytes.h>
+#include <tests/inspect/RandomFrame.h>
 
 #include <gtest/gtest.h>
 
@@ -74,23 +71,6 @@ std::vector<Told> readAll(std::span<const std::uint8_t> file) {
   return readAll(reader);
 }
 
-template <class Visitor>
-Bytes randomFrame(const CommandFields& row, Visitor& values) {
-  PokerCommandI& command = row.create();
-  try {
-    row.assign(command, values);
-  } catch (const FieldValueError&) {
-    // Some fields are held narrower than they travel: what is set so far will do.
-  }
-  SerializeCommandBuf buffer(64);
-  command.serialize(buffer);
-  std::uint32_t size = 0;
-  const std::uint8_t* bytes = buffer.finish(size);
-  Bytes frame(bytes, bytes + size);
-  command.release();
-  return frame;
-}
-
 NetworkEnd endOf(std::initializer_list<std::uint8_t> address, std::uint16_t port) {
   NetworkEnd end;
   end.isV6 = address.size() == 16;
@@ -114,9 +94,8 @@ struct MadeCapture {
     const auto all = CommandSchema::all();
     for (std::size_t i = 0; i < frames; ++i) {
       const CommandSchema& schema = all[random() % all.size()];
-      RandomFields values(random());
       Told one;
-      one.bytes = randomFrame(*CommandFields::of(schema.name()), values);
+      one.bytes = randomFrame(schema, random());
       redactSecrets(one.bytes);
       one.time = static_cast<std::int64_t>(1'790'000'000'123'456'789 + random() % 1'000'000'000'000);
       one.direction = random() % 2 == 0 ? CommandDirection::ClientToServer : CommandDirection::ServerToClient;
@@ -335,10 +314,9 @@ TEST(Redact, HidesSecretsAndNothingElseAndWhatMayBeOneInDamagedFrames) {
   std::mt19937_64 random(4);
   std::vector<std::string_view> classes;
   for (const CommandSchema& schema : CommandSchema::all()) {
-    const CommandFields& row = *CommandFields::of(schema.name());
     for (int round = 0; round < 40; ++round) {
       SecretFields values(random());
-      const Bytes frame = randomFrame(row, values);
+      const Bytes frame = randomFrame(schema, values);
       const bool isSecret = tellsSecret(frame);
       if (isSecret && (classes.empty() || classes.back() != schema.name())) classes.push_back(schema.name());
       // What remains, byte by byte.
