@@ -58,33 +58,6 @@ TEST(TextsByKey, AreEmptyOrNotThere) {
   EXPECT_EQ(map->getValue("Key"), nullptr);
 }
 
-// ---- lists of tables
-
-ServerUpdateInfo someTables() {
-  ServerUpdateInfo info;
-  ServerTableEntry& table = info.tables.emplace_back();
-  table.tableName = "M\xFCnchen";
-  table.gameType = GameType{77};
-  table.highBet = RealMoneyType::fromHundredths(-5);
-  table.flags = ServerTableEntry::RealMoney | ServerTableEntry::Closing;
-  table.skin = {0, 255};
-  table.handNumber = UINT64_MAX;
-  info.removedTables = {3, 1, 3};
-  info.version = 8;
-  return info;
-}
-
-TEST(ServerUpdateInfo, IsReadBackFromADatabaseAsItTravels) {
-  const ServerUpdateInfo info = someTables();
-  ServerUpdateInfo read;
-  read.fromDbText(info.toDbText());
-  EXPECT_EQ(encode(read), encode(info));
-  ServerTableEntry table;
-  table.fromDbText(info.tables[0].toDbText());
-  EXPECT_EQ(encode(table), encode(info.tables[0]));
-  EXPECT_THROW(table.fromDbText(info.toDbText()), DbTextError);
-}
-
 // ---- compressed batches
 
 const std::string kText = "fold call raise fold call raise fold call raise fold call raise ";

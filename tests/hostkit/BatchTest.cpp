@@ -98,32 +98,16 @@ Bytes batch(std::uint32_t realSize, const Bytes& body) {
 }
 Bytes batchOf(const Bytes& frames) { return batch(static_cast<std::uint32_t>(frames.size()), deflated(frames)); }
 
+// In how many ways a batch may lie, its fuzz target says (fuzz/fuzz_batch.cpp).
 TEST_F(Batches, ThatLieEndTheSessionAndNothingOfThemIsActedOn) {
   const Bytes good = frame<SrvKeepAliveReply>(7u) + frame<SrvBusy>();
   const auto size = static_cast<std::uint32_t>(good.size());
-  const Bytes body = deflated(good);
-  Bytes badSum = body;
-  badSum.at(badSum.size() - 1) ^= 1;
-  Bytes badByte = body;
-  badByte[4] ^= 0x10;
-  const Bytes aMillion = deflated(Bytes(kLargestBatch + 1, 0));
-  Bytes shortFrame = frame<SrvBusy>();
-  shortFrame[0] = 5;
-  Bytes longFrame = frame<SrvBusy>();
-  longFrame[0] = 7;
+  Bytes badSum = deflated(good);
+  badSum.back() ^= 1;
   const std::map<std::string, Bytes> lies = {
       {"a wrong check sum", batch(size, badSum)},
-      {"a damaged body", batch(size, badByte)},
-      {"half of a body", batch(size, Bytes(body.begin(), body.begin() + 8))},
-      {"no body", batch(size, {})},
-      {"more than is announced", batch(size - 1, body)},
-      {"less than is announced", batch(size + 1, body)},
-      {"a megabyte and a byte", batch(kLargestBatch + 1, aMillion)},
-      {"four gigabytes", batch(0xFFFFFFFF, body)},
-      {"more than a body of this size can hold", batch(1032 * static_cast<std::uint32_t>(body.size()) + 65, body)},
+      {"a megabyte and a byte", batch(kLargestBatch + 1, deflated(Bytes(kLargestBatch + 1, 0)))},
       {"half of a frame", batchOf(Bytes(good.begin(), good.end() - 1))},
-      {"a frame of five bytes", batchOf(frame<SrvKeepAliveReply>(7u) + shortFrame)},
-      {"a frame longer than the batch", batchOf(frame<SrvKeepAliveReply>(7u) + longFrame)},
       {"a batch", batchOf(frame<SrvKeepAliveReply>(7u) + batchOf(frame<SrvBusy>()))},
   };
   for (const auto& [what, bytes] : lies) {

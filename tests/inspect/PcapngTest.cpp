@@ -1,4 +1,3 @@
-#include <inspect/capture/PcapngFile.h>
 #include <inspect/capture/PcapngReader.h>
 #include <inspect/capture/PcapngWriter.h>
 #include <inspect/capture/Redact.h>
@@ -8,19 +7,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <csignal>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <ostream>
 #include <random>
 #include <string>
 #include <utility>
 #include <vector>
-
-#ifndef _WIN32
-#include <sys/resource.h>
-#endif
 
 namespace poker::test {
 namespace {
@@ -141,25 +132,6 @@ TEST(Pcapng, HandsOutWhatStandsBeforeTheFilesEndWhereverThatIs) {
     if (told.size() == whole) continue;
     ASSERT_EQ(told.size(), whole + 1) << size;
     ASSERT_EQ(told.back().problem.find("the capture ends within"), 0u) << size << told.back().problem;
-  }
-}
-
-TEST(Pcapng, BelievesNoDamagedByte) {
-  const MadeCapture made(12);
-  std::mt19937_64 random(3);
-  for (int round = 0; round < 20'000; ++round) {
-    Bytes file = made.file;
-    for (std::size_t damages = 1 + random() % 3; damages != 0; --damages) {
-      const std::size_t place = random() % file.size();
-      if (random() % 2 == 0) {
-        file[place] = static_cast<std::uint8_t>(random());
-      } else {
-        for (std::size_t i = place; i < std::min(place + 4, file.size()); ++i) file[i] = 0xFC;
-      }
-    }
-    PcapngReader reader(piecesOf(file), 4096);
-    for (const Told& one : readAll(reader)) ASSERT_LE(one.bytes.size(), file.size());
-    ASSERT_LE(reader.position(), file.size());
   }
 }
 
@@ -356,49 +328,6 @@ TEST(Redact, HidesSecretsAndNothingElseAndWhatMayBeOneInDamagedFrames) {
     redactSecrets(odd);
     EXPECT_EQ(odd, hex(digits));
   }
-}
-
-TEST(PcapngFile, KeepsWhatIsThereAndWholeBlocksWhenTheDiskIsFull) {
-  const auto folder = std::filesystem::temp_directory_path() / ("pcapng-" + std::to_string(std::random_device{}()));
-  std::filesystem::create_directory(folder);
-  const std::string path = (folder / "capture").string();
-  const Bytes frame = hex("0A 00 00 00 80 02 05 00 00 00");
-  const CapturedFrame told{.bytes = frame, .direction = CommandDirection::ClientToServer, .table = "T"};
-  {
-    PcapngFile file(path, "test");
-    EXPECT_THROW(PcapngFile(path, "test"), std::runtime_error);
-    const auto atOnce = std::filesystem::file_size(path);
-    EXPECT_GT(atOnce, 0u);
-    file.write(told, {});
-    EXPECT_TRUE(file.hasWaiting());
-    file.flush();
-    EXPECT_FALSE(file.hasWaiting());
-    EXPECT_GT(std::filesystem::file_size(path), atOnce);
-#ifndef _WIN32
-    // The system takes no more than so much.
-    std::signal(SIGXFSZ, SIG_IGN);
-    rlimit before{};
-    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
-    rlimit small = before;
-    small.rlim_cur = 10'001;
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
-    for (int i = 0; i < 500; ++i) file.write(told, {});
-    EXPECT_THROW(file.flush(), std::runtime_error);
-    file.write(told, {});
-    EXPECT_NO_THROW(file.flush());
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &before), 0);
-#endif
-  }
-  std::ifstream in(path, std::ios::binary);
-  const Bytes file{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-  in.close();  // Windows removes no open file
-  const auto all = readAll(file);
-#ifndef _WIN32
-  EXPECT_GT(file.size(), 9'500u);
-  EXPECT_GT(all.size(), 60u);
-#endif
-  for (const Told& one : all) EXPECT_EQ(one.problem, "");
-  std::filesystem::remove_all(folder);
 }
 
 }  // namespace
