@@ -2,9 +2,10 @@
 #include <hostkit/Batch.h>
 #include <hostkit/Encode.h>
 #include <hostkit/StreamFramer.h>
+#include <inspect/capture/PcapngWriter.h>
 #include <inspect/schema/WireWalk.h>
-#include <tests/cmdproc/DissectorCapture.h>
 #include <tests/cmdproc/Ran.h>
+#include <tests/cmdproc/TcpCapture.h>
 #include <tests/inspect/RandomFrame.h>
 #include <tools/cmdproc/dissector/Dissector.h>
 #include <tools/cmdproc/input/DecodeFrame.h>
@@ -28,9 +29,9 @@ namespace poker::cmdproc {
 namespace {
 
 using test::Bytes;
-using test::DissectorCapture;
 using test::hex;
 using test::joined;
+using test::Piece;
 using test::writeFile;
 
 std::string hexOf(std::span<const std::uint8_t> bytes) {
@@ -144,6 +145,10 @@ class Dissector : public testing::Test {
     }
   }
 
+  std::vector<ShownCommand> shownCommands(const std::vector<Piece>& pieces) {
+    test::writeCapture(capture(), DLT_RAW, pieces);
+    return shownCommands();
+  }
   std::vector<ShownCommand> shownCommands() {
     PdmlReader reader;
     runTshark("-T pdml -J cmdproc -o cmdproc.show_secrets:TRUE", '>',
@@ -310,6 +315,31 @@ Bytes batchOf(const Bytes& frames) {
   return {bytes.begin(), bytes.end()};
 }
 
+/// Bytes to the server from that port of a client's.
+Piece segment(std::uint16_t port, std::size_t offset, std::span<const std::uint8_t> bytes, std::size_t missing = 0) {
+  return {{"127.0.0.1", port}, {"127.0.0.1", 4000},          static_cast<std::uint32_t>(1 + offset),
+          Tins::TCP::ACK,      {bytes.begin(), bytes.end()}, missing};
+}
+/// Adds a stream, cut into segments of so many bytes.
+void addStream(std::vector<Piece>& pieces, std::uint16_t port, std::span<const std::uint8_t> bytes, std::size_t size) {
+  for (std::size_t at = 0; at < bytes.size(); at += size) {
+    pieces.push_back(segment(port, at, bytes.subspan(at, std::min(size, bytes.size() - at))));
+  }
+}
+
+/// Values as they lie in memory: numbers and bytes.
+template <class T>
+Bytes frameOf(std::string_view name, const std::vector<T>& fields) {
+  const CommandDescription& row = *findCommand(name);
+  Bytes frame = {0, 0, 0, 0, row.code, static_cast<std::uint8_t>(row.family)};
+  for (const T field : fields) {
+    const auto bytes = std::bit_cast<std::array<std::uint8_t, sizeof(T)>>(field);
+    frame.insert(frame.end(), bytes.begin(), bytes.end());
+  }
+  frame[0] = static_cast<std::uint8_t>(frame.size());
+  return frame;
+}
+
 const Bytes kKeepAlive = hex("0A 00 00 00 80 02 05 00 00 00");
 
 // --- tests -----------------------------------------------------------------------------------------------------------
@@ -343,39 +373,40 @@ TEST(DissectorNames, WordsAndSharedFilters) {
 TEST_F(Dissector, AgreesWithEveryClass) {
   std::mt19937_64 random(1);
   const std::vector<Bytes> frames = randomFrames(random, 48);
-  {
-    DissectorCapture file(capture(), DissectorCapture::Kind::ExportedPdus);
-    for (const Bytes& frame : frames) file.exportedPdu(frame);
-  }
-  expectShown(shownCommands(), frames);
+  std::vector<Piece> pieces;
+  addStream(pieces, 20000, joined(frames), 1000);
+  expectShown(shownCommands(pieces), frames);
+}
+
+TEST_F(Dissector, ReadsWhatTheServerRecords) {
+  const Bytes money = frameOf<std::int64_t>("SrvMoney", {1250, -5, 300, INT64_MIN});
+  PcapngWriter writer("test");
+  writer.write({.bytes = money, .table = "T"}, {});
+  writeFile(capture(), {reinterpret_cast<const char*>(writer.blocks().data()), writer.blocks().size()});
+  expectShown(shownCommands(), {money});
 }
 
 TEST_F(Dissector, AgreesWhereverTheStreamIsCut) {
   std::mt19937_64 random(2);
   // At every byte, all commands one after the other.
   std::vector<Bytes> frames = randomFrames(random, 1);
-  const Bytes stream = joined(frames);
-  {
-    DissectorCapture file(capture(), DissectorCapture::Kind::Tcp);
-    file.stream(20000, stream, 1);
-    std::uint16_t port = 20001;
-    const auto repeat = [&](std::vector<Bytes> more, auto&& cut) {
-      cut(port++, joined(more));
-      frames.insert(frames.end(), more.begin(), more.end());
-    };
-    // Into segments of one size, from many for a command to many commands in one.
-    for (const std::size_t size : {3u, 17u, 251u, 1448u, 20000u}) {
-      repeat(randomFrames(random, 2), [&](std::uint16_t to, const Bytes& bytes) { file.stream(to, bytes, size); });
-    }
-    // Three short commands into two segments, in every way.
-    for (std::size_t at = 1; at < 30; ++at) {
-      repeat({kKeepAlive, kKeepAlive, kKeepAlive}, [&](std::uint16_t to, const Bytes& bytes) {
-        file.segment(to, 0, std::span(bytes).first(at));
-        file.segment(to, static_cast<std::uint32_t>(at), std::span(bytes).subspan(at));
-      });
-    }
+  std::vector<Piece> pieces;
+  addStream(pieces, 20000, joined(frames), 1);
+  std::uint16_t port = 20001;
+  // Into segments of one size, from many for a command to many commands in one.
+  for (const std::size_t size : {3u, 17u, 251u, 1448u, 20000u}) {
+    const std::vector<Bytes> more = randomFrames(random, 2);
+    addStream(pieces, port++, joined(more), size);
+    frames.insert(frames.end(), more.begin(), more.end());
   }
-  expectShown(shownCommands(), frames);
+  // Three short commands into two segments, in every way.
+  const Bytes three = joined(std::vector(3, kKeepAlive));
+  for (std::size_t at = 1; at < 30; ++at, ++port) {
+    pieces.push_back(segment(port, 0, std::span(three).first(at)));
+    pieces.push_back(segment(port, at, std::span(three).subspan(at)));
+    frames.insert(frames.end(), 3, kKeepAlive);
+  }
+  expectShown(shownCommands(pieces), frames);
 }
 
 TEST_F(Dissector, AgreesInsideBatches) {
@@ -390,11 +421,9 @@ TEST_F(Dissector, AgreesInsideBatches) {
     stream.insert(stream.end(), frames.back().begin(), frames.back().end());
     frames.insert(frames.end(), inside.begin(), inside.end());
   }
-  {
-    DissectorCapture file(capture(), DissectorCapture::Kind::Tcp);
-    file.stream(20000, stream, 1000);
-  }
-  expectShown(shownCommands(), frames);
+  std::vector<Piece> pieces;
+  addStream(pieces, 20000, stream, 1000);
+  expectShown(shownCommands(pieces), frames);
 }
 
 /// Gives one of the counts in a frame a value at the edge of what is allowed.
@@ -437,11 +466,10 @@ TEST_F(Dissector, MarksWhereReadingFails) {
       frames.push_back(std::move(frame));
     }
   }
-  {
-    DissectorCapture file(capture(), DissectorCapture::Kind::ExportedPdus);
-    for (const Bytes& frame : frames) file.exportedPdu(frame);
-  }
-  const std::vector<ShownCommand> shown = shownCommands();
+  std::vector<Piece> pieces;
+  for (const Bytes& frame : frames)
+    pieces.push_back(segment(static_cast<std::uint16_t>(20000 + pieces.size()), 0, frame));
+  const std::vector<ShownCommand> shown = shownCommands(pieces);
   ASSERT_EQ(shown.size(), frames.size());
   std::size_t failures = 0;
   for (std::size_t i = 0; i < frames.size(); ++i) {
@@ -490,15 +518,13 @@ TEST_F(Dissector, MarksWhatIsNoCommand) {
       {hex("00 00 00 80 80 02"),
        "a frame of 2147483648 bytes is above the limit of 1048576; the stream is out of step"},
   };
-  {
-    DissectorCapture file(capture(), DissectorCapture::Kind::Tcp);
-    std::uint16_t port = 20000;
-    for (const auto& [frame, problem] : frames) file.segment(port++, 0, frame);
-    file.segment(port, 0, kKeepAlive, 2);
-  }
+  std::vector<Piece> pieces;
+  std::uint16_t port = 20000;
+  for (const auto& [frame, problem] : frames) pieces.push_back(segment(port++, 0, frame));
+  pieces.push_back(segment(port, 0, kKeepAlive, 2));
   std::map<std::size_t, std::vector<std::string>> problems;
   bool cut = false;
-  for (const ShownCommand& shown : shownCommands()) {
+  for (const ShownCommand& shown : shownCommands(pieces)) {
     if (const Shown* problem = shown.find("cmdproc.problem")) problems[shown.packet].push_back(problem->show);
     if (shown.find("cmdproc.expert.cut") != nullptr) {
       cut = true;
@@ -515,19 +541,6 @@ TEST_F(Dissector, MarksWhatIsNoCommand) {
   for (std::size_t i = 0; i < frames.size(); ++i) {
     EXPECT_EQ(problems[i + 1], std::vector{frames[i].second});
   }
-}
-
-/// Values as they lie in memory: numbers and bytes.
-template <class T>
-Bytes frameOf(std::string_view name, const std::vector<T>& fields) {
-  const CommandDescription& row = *findCommand(name);
-  Bytes frame = {0, 0, 0, 0, row.code, static_cast<std::uint8_t>(row.family)};
-  for (const T field : fields) {
-    const auto bytes = std::bit_cast<std::array<std::uint8_t, sizeof(T)>>(field);
-    frame.insert(frame.end(), bytes.begin(), bytes.end());
-  }
-  frame[0] = static_cast<std::uint8_t>(frame.size());
-  return frame;
 }
 
 TEST_F(Dissector, ShowsAmountsTimesAndTexts) {
@@ -547,11 +560,9 @@ TEST_F(Dissector, ShowsAmountsTimesAndTexts) {
       frameOf("SrvShowPlayerCards", Bytes{6, 0, 0, 0, 255, 0x3C, 100 + 0x1E, 99, 100, 254, 7}),
   };
   for (const auto& [days, text] : times) frames.push_back(frameOf<double>("SrvConnectGameOK", {days}));
-  {
-    DissectorCapture file(capture(), DissectorCapture::Kind::Tcp);
-    file.stream(20000, joined(frames), 100);
-  }
-  const std::vector<ShownCommand> shown = shownCommands();
+  std::vector<Piece> pieces;
+  addStream(pieces, 20000, joined(frames), 100);
+  const std::vector<ShownCommand> shown = shownCommands(pieces);
   ASSERT_NO_FATAL_FAILURE(expectShown(shown, frames));
   const auto label = [](const ShownCommand& command, std::string_view name) {
     const Shown* field = command.find(name);
@@ -582,16 +593,16 @@ TEST_F(Dissector, FiltersAndListsAndKeepsSecrets) {
   const Bytes turn = frameOf("SrvSitOk", Bytes{4});
   const Bytes password = frameOf("ClSendUserPass", Bytes{'s', 'e', 's', 'a', 'm', 'e', 0});
   const Bytes stream = joined(std::vector{money, turn, batchOf(joined(std::vector{turn, money})), password});
-  {
-    DissectorCapture file(capture(), DissectorCapture::Kind::Tcp);
-    // The second segment ends one command and has another.
-    const std::size_t second = money.size() + turn.size() - 1;
-    const std::size_t third = stream.size() - password.size();
-    file.segment(20000, 0, std::span(stream).first(20));
-    file.segment(20000, 20, std::span(stream).subspan(20, second - 20));
-    file.segment(20000, static_cast<std::uint32_t>(second), std::span(stream).subspan(second, third - second));
-    file.segment(20000, static_cast<std::uint32_t>(third), std::span(stream).subspan(third));
+  // The second segment ends one command and has another.
+  const std::size_t second = money.size() + turn.size() - 1;
+  const std::size_t third = stream.size() - password.size();
+  std::vector<Piece> pieces;
+  std::size_t at = 0;
+  for (const std::size_t end : {std::size_t{20}, second, third, stream.size()}) {
+    pieces.push_back(segment(20000, at, std::span(stream).subspan(at, end - at)));
+    at = end;
   }
+  test::writeCapture(capture(), DLT_RAW, pieces);
   EXPECT_EQ(printed("-T fields -e _ws.col.Protocol -e _ws.col.Info -Y 'frame.number > 1'"),
             "cmdproc\tSrvMoney\n"
             "cmdproc\tSrvSitOk, SrvCompressedCommands (SrvSitOk, SrvMoney)\n"

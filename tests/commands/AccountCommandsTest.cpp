@@ -77,8 +77,11 @@ TEST(ReplayRequest, SendsWhatEachOfThe128MasksNamesAndForgetsTheRest) {
     ReplayRequestInfo read = everyCriterion();
     EXPECT_EQ(decode(read, expected), "");
     EXPECT_EQ(toHex(encode(read)), toHex(expected));
+    EXPECT_EQ(read.mask(), mask);
     EXPECT_EQ(read.gameID() != 0, info.has(ReplayRequestInfo::kGameID)) << mask;
     EXPECT_EQ(read.from() == kDay, info.has(ReplayRequestInfo::kFrom)) << mask;
+    EXPECT_EQ(read.to().GetStatus() != 0, info.has(ReplayRequestInfo::kTo)) << mask;
+    EXPECT_EQ(read.gameType() != GameType{}, info.has(ReplayRequestInfo::kGameType)) << mask;
     EXPECT_EQ(read.mostHands() != 0, info.has(ReplayRequestInfo::kMostHands)) << mask;
     EXPECT_EQ(!read.opponent().empty(), info.has(ReplayRequestInfo::kOpponent)) << mask;
     EXPECT_EQ(!read.replays().empty(), info.has(ReplayRequestInfo::kReplays)) << mask;
@@ -137,6 +140,7 @@ TEST(MiscCommands, LeaveTheUserAtHome) {
   ReplayInfo replay = aReplay();
   EXPECT_EQ(decode(replay, encode(replay)), "");
   EXPECT_EQ(replay.handNumber(), 0u);
+  EXPECT_EQ(replay.ended().GetStatus(), COleDateTime::null);
 }
 
 // What the golden lines, which name each field, cannot see.

@@ -178,6 +178,7 @@ TEST(SrvTUShowDown, KeepsWinsAndBetsApartAndKnowsNothingOfOthers) {
   EXPECT_EQ(command->wins(SeatID(3)), cents(0));
   EXPECT_EQ(command->bets(SeatID()), cents(0));
   EXPECT_EQ(command->getUserCards()[0].getSeatID(), SeatID(7)) << "in the order of the calls";
+  EXPECT_EQ(command->getUserCards()[1].winnerType(), SDInfo::NotWinner);
 }
 
 // ---- the bases, sent as they are

@@ -191,6 +191,7 @@ TEST(TournamentInits, PutLikeArgumentsInTheirOwnFields) {
   EXPECT_EQ(fieldsToJson(*make<SrvTourMoney>(price(1), price(3), price(5), 7u)),
             R"({"buyIn":{"cash":"0.01","tourMoney":"0.02"},"fee":{"cash":"0.03","tourMoney":"0.04"},)"
             R"("total":{"cash":"0.05","tourMoney":"0.06"},"tourID":7})");
+  EXPECT_EQ(price(1) + price(3), TourMoneyType(cents(4), cents(6)));
   EXPECT_EQ(fieldsToJson(*make<SrvUpdatePrizeFund>(3u, PrizeFundInfo(), 4u)),
             R"({"fund":{"texts":[],"summary":""},"version":3,"tourID":4})");
   EXPECT_EQ(fieldsToJson(*make<SrvUpdatePrizeDescr>(PrizeSchemeInfoMap(), 3u, 4u)),

@@ -342,24 +342,6 @@ TEST_F(Tcp, DrainEndsEverySessionWithItsQueueAndTheReason) {
   EXPECT_EQ(late.opened, 0u);
 }
 
-TEST_F(Tcp, AFullServerSaysBusyAndTakesTheNextOnceThereIsRoom) {
-  ServerOptions options;
-  options.maxConnections = 1;
-  Server server(context, std::move(options));
-  RawPeer first(context, server);
-  ASSERT_TRUE(until([&] { return server.opened == 1; }));
-  RawPeer second(context, server);
-  ASSERT_TRUE(until([&] { return second.endedCleanly(); }));
-  EXPECT_EQ(second.bytes, frame<SrvBusy>());
-  EXPECT_EQ(server.opened, 1u);
-  EXPECT_EQ(server.tcp.refused(), 1u);
-  first.socket.close();
-  ASSERT_TRUE(until([&] { return server.closed.size() == 1; }));
-  RawPeer third(context, server);
-  third.send(kHandShake);
-  EXPECT_TRUE(until([&] { return third.received().size() == 6; }));
-}
-
 TEST_F(Tcp, AHandlerThatThrowsCostsItsOwnSessionOnly) {
   Server server(context);
   server.also = [](TcpSession&, PokerCommandI& command) {
