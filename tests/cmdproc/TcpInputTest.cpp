@@ -355,7 +355,7 @@ TEST(Input, IsRecognisedByItsFirstBytes) {
     // What can be read only once.
     const std::string pipe = folder.file("pipe-" + name);
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-    std::thread writer([&, name = name] { writeFile(pipe, test::readFile(folder.file(name))); });
+    std::thread writer([&pipe, from = folder.file(name)] { writeFile(pipe, test::readFile(from)); });
     EXPECT_EQ(count(pipe), frames) << name;
     writer.join();
   }
