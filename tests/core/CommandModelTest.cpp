@@ -4,11 +4,11 @@
 #include <CommandProcessor/core/CmdDispatcher.h>
 #include <CommandProcessor/core/CommandsResult.h>
 #include <CommandProcessor/core/DisptachException.h>
+#include <CommandProcessor/core/PokerCommandTmpl.h>
 #include <CommandProcessor/core/SrvCmdProcessor.h>
 #include <CommandProcessor/core/SrvMiscCmdProcessor.h>
 #include <CommandProcessor/core/SrvTourCmdProcessor.h>
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -18,6 +18,7 @@
 #include <new>
 #include <set>
 #include <string>
+#include <vector>
 
 #ifdef CP_HAS_RAPIDCHECK
 #include <rapidcheck.h>
@@ -154,9 +155,9 @@ TEST(CommandsResult, SortsByTheConnectionsAtTheTimeOfAdding) {
   results.add(b);
   results.add(c);
   b.setConnID(2);
-  using testing::ElementsAre;
-  EXPECT_THAT(results.addressed(), ElementsAre(&a, &c));
-  EXPECT_THAT(results.unaddressed(), ElementsAre(&b));
+  using Commands = std::vector<PokerCommandTmpl<SrvCmdProcessorType>*>;
+  EXPECT_EQ(results.addressed(), (Commands{&a, &c}));
+  EXPECT_EQ(results.unaddressed(), Commands{&b});
   results.clear();
   EXPECT_TRUE(results.empty());
 }
