@@ -1,9 +1,7 @@
-#include <CommandProcessor/wire/SerializeCommandBuf.h>
-#include <inspect/CommandFields.h>
 #include <inspect/capture/PcapngWriter.h>
 #include <inspect/schema/Schema.h>
-#include <tests/support/RandomFields.h>
-#include <tests/support/WireBytes.h>
+#include <tests/cmdproc/Ran.h>
+#include <tests/inspect/RandomFrame.h>
 #include <tools/cmdproc/input/Input.h>
 
 #include <gmock/gmock.h>
@@ -17,8 +15,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <memory>
 #include <random>
@@ -33,32 +29,20 @@ namespace {
 
 using test::Bytes;
 using test::hex;
+using test::joined;
+using test::TempFolder;
+using test::writeFile;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Pair;
 
-/// A folder that is gone after the test.
-class Folder {
- public:
-  Folder() : path_(std::filesystem::temp_directory_path() / ("tcp-" + std::to_string(std::random_device{}()))) {
-    std::filesystem::create_directory(path_);
-  }
-  ~Folder() { std::filesystem::remove_all(path_); }
-  std::string operator/(const std::string& name) const { return (path_ / name).string(); }
-
- private:
-  std::filesystem::path path_;
-};
-
 struct Side {
   std::string address;
   std::uint16_t port;
 
-  std::string text() const {
-    const bool isV6 = address.find(':') != std::string::npos;
-    return (isV6 ? '[' + address + ']' : address) + ':' + std::to_string(port);
-  }
+  bool isV6() const { return address.find(':') != std::string::npos; }
+  std::string text() const { return (isV6() ? '[' + address + ']' : address) + ':' + std::to_string(port); }
 };
 
 struct Piece {
@@ -72,46 +56,25 @@ Bytes ipPacket(const Piece& piece) {
   Tins::TCP tcp(piece.to.port, piece.from.port);
   tcp.seq(piece.sequence);
   tcp.flags(static_cast<std::uint16_t>(piece.flags));
-  const Tins::RawPDU raw(piece.payload);
-  if (piece.from.address.find(':') == std::string::npos) {
-    Tins::IP ip(piece.to.address, piece.from.address);
+  const auto packet = [&](auto ip) {
     ip /= tcp;
-    if (!piece.payload.empty()) ip /= raw;
+    if (!piece.payload.empty()) ip /= Tins::RawPDU(piece.payload);
     return ip.serialize();
-  }
-  Tins::IPv6 ip(piece.to.address, piece.from.address);
-  ip /= tcp;
-  if (!piece.payload.empty()) ip /= raw;
-  return ip.serialize();
+  };
+  return piece.from.isV6() ? packet(Tins::IPv6(piece.to.address, piece.from.address))
+                           : packet(Tins::IP(piece.to.address, piece.from.address));
 }
 
 Bytes linkPacket(int link, const Piece& piece) {
-  Bytes head;
-  const bool isV6 = piece.from.address.find(':') != std::string::npos;
-  const Bytes type = isV6 ? hex("86 DD") : hex("08 00");
-  switch (link) {
-    case DLT_EN10MB:  // with a VLAN's tag
-      head = hex("02 00 00 00 00 01 02 00 00 00 00 02 81 00 00 05");
-      head.insert(head.end(), type.begin(), type.end());
-      break;
-    case DLT_LINUX_SLL:
-      head = hex("00 00 00 01 00 06 02 00 00 00 00 01 00 00");
-      head.insert(head.end(), type.begin(), type.end());
-      break;
-    case DLT_LINUX_SLL2:
-      head = type;
-      head.resize(20);
-      break;
-    case DLT_NULL:
-      head = isV6 ? hex("0A 00 00 00") : hex("02 00 00 00");
-      break;
-    default:
-      break;
-  }
-  const Bytes ip = ipPacket(piece);
-  head.insert(head.end(), ip.begin(), ip.end());
-  if (link == DLT_EN10MB && head.size() < 70) head.resize(70);  // short packets are filled up
-  return head;
+  const std::string type = piece.from.isV6() ? "86 DD" : "08 00";
+  std::map<int, std::string> heads = {
+      {DLT_EN10MB, "02 00 00 00 00 01 02 00 00 00 00 02 81 00 00 05" + type},  // with a VLAN's tag
+      {DLT_LINUX_SLL, "00 00 00 01 00 06 02 00 00 00 00 01 00 00" + type},
+      {DLT_LINUX_SLL2, type + "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"},
+      {DLT_NULL, piece.from.isV6() ? "0A 00 00 00" : "02 00 00 00"}};
+  Bytes packet = joined(std::vector{hex(heads[link]), ipPacket(piece)});
+  if (link == DLT_EN10MB && packet.size() < 70) packet.resize(70);  // short packets are filled up
+  return packet;
 }
 
 constexpr std::int64_t kStart = 1'790'000'000'000'000'000;
@@ -136,28 +99,8 @@ Bytes randomFrame(std::mt19937_64& random, CommandDirection direction) {
   const auto all = CommandSchema::all();
   for (;;) {
     const CommandSchema& schema = all[random() % all.size()];
-    if (schema.description->direction != direction) continue;
-    const CommandFields& row = *CommandFields::of(schema.name());
-    PokerCommandI& command = row.create();
-    try {
-      test::RandomFields values(random());
-      row.assign(command, values);
-    } catch (const FieldValueError&) {
-      // Some fields are held narrower than they travel: what is set so far will do.
-    }
-    SerializeCommandBuf buffer(64);
-    command.serialize(buffer);
-    command.release();
-    std::uint32_t size = 0;
-    const std::uint8_t* bytes = buffer.finish(size);
-    return {bytes, bytes + size};
+    if (schema.description->direction == direction) return test::randomFrame(schema, random());
   }
-}
-
-Bytes joined(const std::vector<Bytes>& frames) {
-  Bytes stream;
-  for (const Bytes& frame : frames) stream.insert(stream.end(), frame.begin(), frame.end());
-  return stream;
 }
 
 using Direction = std::pair<std::string, CommandDirection>;  // of a connection
@@ -208,35 +151,6 @@ void open(std::vector<Piece>& pieces, const Side& client, const Side& server, st
   pieces.push_back({client, server, up, TCP::ACK, {}});
 }
 
-TEST(TcpInput, CutsFramesWhereverSegmentsEnd) {
-  std::mt19937_64 random(1);
-  std::vector<Bytes> frames;
-  while (frames.size() < 12) frames.push_back(randomFrame(random, kUp));
-  const Bytes stream = joined(frames);
-  std::vector<Piece> pieces;
-  for (std::size_t cut = 0; cut <= stream.size(); ++cut) {
-    const Side client{"10.0.0.2", static_cast<std::uint16_t>(10000 + cut)};
-    open(pieces, client, kServer, 1, 1);
-    if (cut == 0) {  // each byte alone
-      for (std::size_t i = 0; i < stream.size(); ++i) {
-        pieces.push_back({client, kServer, static_cast<std::uint32_t>(1 + i), TCP::ACK, {stream[i]}});
-      }
-      continue;
-    }
-    const auto middle = stream.begin() + static_cast<std::ptrdiff_t>(cut);
-    pieces.push_back({client, kServer, 1, TCP::ACK, {stream.begin(), middle}});
-    pieces.push_back(
-        {client, kServer, static_cast<std::uint32_t>(1 + cut), TCP::ACK | TCP::PSH, {middle, stream.end()}});
-  }
-  const Folder folder;
-  writeCapture(folder / "capture", DLT_EN10MB, pieces);
-  const Read read = readAll(folder / "capture");
-  EXPECT_EQ(read.frames.size(), stream.size() + 1);
-  for (const auto& [direction, found] : read.frames) ASSERT_EQ(found, frames) << direction.first;
-  EXPECT_THAT(read.problems, IsEmpty());
-  EXPECT_EQ(read.notes, "");
-}
-
 /// Segments of any length, among them some again, cut otherwise.
 void addStream(std::vector<Piece>& pieces, std::mt19937_64& random, const Side& from, const Side& to,
                std::uint32_t sequence, const Bytes& stream) {
@@ -256,7 +170,7 @@ void addStream(std::vector<Piece>& pieces, std::mt19937_64& random, const Side& 
 }
 
 TEST(TcpInput, PutsConnectionsTogetherOnEveryKindOfLink) {
-  const Folder folder;
+  const TempFolder folder;
   std::mt19937_64 random(2);
   for (const int link : {DLT_EN10MB, DLT_LINUX_SLL, DLT_LINUX_SLL2, DLT_NULL, DLT_RAW}) {
     std::vector<Piece> opening, pieces;
@@ -278,8 +192,8 @@ TEST(TcpInput, PutsConnectionsTogetherOnEveryKindOfLink) {
         const auto size = static_cast<std::uint32_t>(sent->front().size());
         if (!isSeen) opening.push_back({from, to, sequence - size, TCP::ACK, sent->front()});
       }
-      addStream(pieces, random, client, server, upFrom, joined({up.begin() + !isSeen, up.end()}));
-      addStream(pieces, random, server, client, downFrom, joined({down.begin() + !isSeen, down.end()}));
+      addStream(pieces, random, client, server, upFrom, joined(std::span(up).subspan(!isSeen)));
+      addStream(pieces, random, server, client, downFrom, joined(std::span(down).subspan(!isSeen)));
     }
     // Anything comes up to some places earlier or later, and all are mixed.
     std::vector<std::pair<std::uint64_t, std::size_t>> order;
@@ -291,8 +205,8 @@ TEST(TcpInput, PutsConnectionsTogetherOnEveryKindOfLink) {
     std::vector<Piece> mixed = opening;
     for (const auto& [place, index] : order) mixed.push_back(pieces[index]);
 
-    writeCapture(folder / "capture", link, mixed);
-    const Read read = readAll(folder / "capture");
+    writeCapture(folder.file("capture"), link, mixed);
+    const Read read = readAll(folder.file("capture"));
     EXPECT_THAT(read.problems, IsEmpty()) << link;
     EXPECT_EQ(read.notes, "") << link;
     ASSERT_EQ(read.frames.size(), frames.size()) << link;
@@ -301,7 +215,7 @@ TEST(TcpInput, PutsConnectionsTogetherOnEveryKindOfLink) {
 }
 
 TEST(TcpInput, SaysWhatItCannotFollow) {
-  const Folder folder;
+  const TempFolder folder;
   const Bytes keepAlive = hex("0A 00 00 00 80 02 05 00 00 00");
   const Side client{"10.0.0.2", 50000}, web{"10.0.0.3", 80};
   const Direction up(client.text(), kUp);
@@ -310,9 +224,9 @@ TEST(TcpInput, SaysWhatItCannotFollow) {
     pieces.push_back({client, kServer, sequence, flags, std::move(bytes)});
   };
   const auto read = [&] {
-    writeCapture(folder / "capture", DLT_RAW, pieces);
+    writeCapture(folder.file("capture"), DLT_RAW, pieces);
     pieces.clear();
-    return readAll(folder / "capture");
+    return readAll(folder.file("capture"));
   };
   const auto text = [](std::string_view characters) { return Bytes(characters.begin(), characters.end()); };
 
@@ -369,21 +283,20 @@ TEST(TcpInput, SaysWhatItCannotFollow) {
   say(1, keepAlive);
   say(11, keepAlive);
   read();
-  std::filesystem::resize_file(folder / "capture", std::filesystem::file_size(folder / "capture") - 5);
-  result = readAll(folder / "capture");
+  std::filesystem::resize_file(folder.file("capture"), std::filesystem::file_size(folder.file("capture")) - 5);
+  result = readAll(folder.file("capture"));
   EXPECT_THAT(result.frames, ElementsAre(Pair(up, ElementsAre(keepAlive))));
   EXPECT_THAT(result.problems, ElementsAre(HasSubstr("truncated")));
-  writeCapture(folder / "capture", DLT_IEEE802_11, {});
-  EXPECT_THROW(openInput({.path = folder / "capture"}), std::runtime_error);
+  writeCapture(folder.file("capture"), DLT_IEEE802_11, {});
+  EXPECT_THROW(openInput({.path = folder.file("capture")}), std::runtime_error);
 }
 
-void write(const std::string& path, const Bytes& bytes) {
-  std::ofstream(path, std::ios::binary)
-      .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+std::string_view asText(std::span<const std::uint8_t> bytes) {
+  return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
 TEST(Input, IsRecognisedByItsFirstBytes) {
-  const Folder folder;
+  const TempFolder folder;
   const Bytes keepAlive = hex("0A 00 00 00 80 02 05 00 00 00");
   const auto count = [&](const std::string& path) {
     const auto source = openInput({.path = path});
@@ -403,26 +316,17 @@ TEST(Input, IsRecognisedByItsFirstBytes) {
       return false;
     }
   };
-
-  write(folder / "stream", keepAlive);
-  EXPECT_EQ(count(folder / "stream"), 1u);
-  EXPECT_FALSE(isCapture(folder / "stream"));
-  write(folder / "short", hex("0A 0D"));
-  EXPECT_FALSE(isCapture(folder / "short"));
-
+  writeFile(folder.file("short"), asText(hex("0A 0D")));
+  EXPECT_FALSE(isCapture(folder.file("short")));
+  writeFile(folder.file("stream"), asText(keepAlive));
   PcapngWriter ours("test");
   ours.write({.bytes = keepAlive, .table = "T"}, {});
-  write(folder / "ours", {ours.blocks().begin(), ours.blocks().end()});
-  EXPECT_EQ(count(folder / "ours"), 1u);
-  EXPECT_TRUE(isCapture(folder / "ours"));
-
+  writeFile(folder.file("ours"), asText(ours.blocks()));
   std::vector<Piece> pieces;
   const Side client{"10.0.0.2", 50000};
   open(pieces, client, kServer, 1, 1);
   for (std::uint32_t i = 0; i < 1000; ++i) pieces.push_back({client, kServer, 1 + i * 10, TCP::ACK, keepAlive});
-  writeCapture(folder / "pcap", DLT_RAW, pieces);
-  EXPECT_EQ(count(folder / "pcap"), 1000u);
-  EXPECT_TRUE(isCapture(folder / "pcap"));
+  writeCapture(folder.file("pcap"), DLT_RAW, pieces);
 
   // The same as pcapng, by hand.
   Bytes pcapng =
@@ -442,19 +346,17 @@ TEST(Input, IsRecognisedByItsFirstBytes) {
     pcapng.resize(pcapng.size() + padded - packet.size());
     number(padded + 32);
   }
-  write(folder / "pcapng", pcapng);
-  EXPECT_EQ(count(folder / "pcapng"), 1000u);
-  EXPECT_TRUE(isCapture(folder / "pcapng"));
+  writeFile(folder.file("pcapng"), asText(pcapng));
 
-  // What can be read only once.
-  for (const std::string name : {"stream", "ours", "pcap", "pcapng"}) {
-    const std::string pipe = folder / ("pipe-" + name);
+  for (const auto& [name, frames] :
+       {std::pair<std::string, std::size_t>("stream", 1), {"ours", 1}, {"pcap", 1000}, {"pcapng", 1000}}) {
+    EXPECT_EQ(count(folder.file(name)), frames) << name;
+    EXPECT_EQ(isCapture(folder.file(name)), name != "stream") << name;
+    // What can be read only once.
+    const std::string pipe = folder.file("pipe-" + name);
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-    std::thread writer([&] {
-      std::ifstream in(folder / name, std::ios::binary);
-      write(pipe, {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()});
-    });
-    EXPECT_GE(count(pipe), 1u) << name;
+    std::thread writer([&pipe, from = folder.file(name)] { writeFile(pipe, test::readFile(from)); });
+    EXPECT_EQ(count(pipe), frames) << name;
     writer.join();
   }
 }

@@ -1,6 +1,4 @@
 #include <CommandProcessor/commands/session/SessionCommands.h>
-#include <CommandProcessor/core/FieldsImpl.h>
-#include <CommandProcessor/core/GenericCommands.h>
 #include <hostkit/CommandHandle.h>
 #include <inspect/CommandText.h>
 #include <tests/support/WireBytes.h>
@@ -10,18 +8,6 @@
 #include <string>
 
 namespace poker {
-
-// A stand-in for a misc command with a string that is handled on behalf of a user.
-class UserNote : public BaseCommand<UserNote, StringCommand<ClMiscUserBased, MiscCommandType>> {
- public:
-  UserNote() : BaseCommand(MiscCommandType::ClMiscChnagePassword) {}
-
- private:
-  friend FieldAccess;
-  static void fields(auto& self, auto&& field) { StringCommand::fields(self, field); }
-};
-template class BaseCommand<UserNote, StringCommand<ClMiscUserBased, MiscCommandType>>;
-
 namespace {
 
 using namespace CommonTypes;
@@ -29,29 +15,6 @@ using namespace test;
 
 const std::string kLong = "a text that is much too long for the storage inside a string";
 const HardwareInfo kMachine({"00-1B-44-11-3A-B7", kLong}, {"WD-1"}, "PC");
-
-TEST(LogonFlags, EachCommandKeepsItsOwnBits) {
-  const auto ok = make<SrvLogonOk>("x", "y", false, RealMoneyAcc(), false);
-  const auto change = make<SrvLogonChange>(false, false, RealMoneyAcc(), false);
-  for (int flags = 0; flags < 256; ++flags) {
-    const auto byte = static_cast<std::uint8_t>(flags);
-    EXPECT_EQ(decode(*ok, {'x', 0, 100, byte, 'y', 0, 0, 0}), "");
-    EXPECT_EQ(ok->chatEnabled(), (flags / 4 % 2) == 1) << flags;
-    EXPECT_EQ(ok->validEmail(), (flags / 8 % 2) == 1) << flags;
-    EXPECT_EQ(bodyOf(*ok)[3], flags & 0x0C);
-
-    EXPECT_EQ(decode(*change, {byte, 1, 2}), "");
-    EXPECT_EQ(change->validEmail(), (flags % 2) == 1) << flags;
-    EXPECT_EQ(change->chatEnabled(), (flags / 2 % 2) == 1) << flags;
-    EXPECT_EQ(change->isSetupResponse(), (flags / 4 % 2) == 1) << flags;
-    EXPECT_EQ(bodyOf(*change), (Bytes{static_cast<std::uint8_t>(flags % 8), 1, 2}));
-  }
-  EXPECT_EQ(bodyOf(*make<SrvLogonOk>("", "", false, RealMoneyAcc(), true))[2], 0x04);
-  EXPECT_EQ(bodyOf(*make<SrvLogonOk>("", "", true, RealMoneyAcc(), false))[2], 0x08);
-  EXPECT_EQ(bodyOf(*make<SrvLogonChange>(true, false, RealMoneyAcc(), false))[0], 0x01);
-  EXPECT_EQ(bodyOf(*make<SrvLogonChange>(false, true, RealMoneyAcc(), false))[0], 0x02);
-  EXPECT_EQ(bodyOf(*make<SrvLogonChange>(false, false, RealMoneyAcc(), true))[0], 0x04);
-}
 
 TEST(SrvLogonOkTest, PreviousSeatOutlivesCloneAndNotInit) {
   const auto command = make<SrvLogonOk>("x", nullptr, true, RealMoneyAcc(3), true);
@@ -145,6 +108,11 @@ TEST(HardwareInfoTest, IsOneByteOnlyWhenAllThreeAreEmpty) {
 TEST(LogonInit, PutsEveryArgumentInItsPlace) {
   const auto ok = make<SrvRegistrationOk>(UserNameTaken, "ann");
   EXPECT_EQ(bodyOf(*ok), hex("61 6E 6E 00 03"));
+  EXPECT_EQ(bodyOf(*make<SrvLogonOk>("", "", false, RealMoneyAcc(), true))[2], 0x04);
+  EXPECT_EQ(bodyOf(*make<SrvLogonOk>("", "", true, RealMoneyAcc(), false))[2], 0x08);
+  EXPECT_EQ(bodyOf(*make<SrvLogonChange>(true, false, RealMoneyAcc(), false))[0], 0x01);
+  EXPECT_EQ(bodyOf(*make<SrvLogonChange>(false, true, RealMoneyAcc(), false))[0], 0x02);
+  EXPECT_EQ(bodyOf(*make<SrvLogonChange>(false, false, RealMoneyAcc(), true))[0], 0x04);
   EXPECT_EQ(bodyOf(*make<SrvShowSignOnUser>(SeatID(4), SignOnUser::Disconnected, true)), hex("01 04 01"));
   EXPECT_EQ(bodyOf(*make<SrvPasswordError>(SrvPasswordError::ReasonID{5}, true)), hex("05 01"));
   EXPECT_EQ(bodyOf(*make<ClLogon>("a", "b", HardwareInfo({}, {}, "m"), "c", 1, false, true)),
@@ -180,31 +148,6 @@ TEST(UpdateHardwareInfoTest, StaysInMemory) {
   EXPECT_EQ(clone.userID(), -7);
   EXPECT_EQ(clone.info(), kMachine);
   EXPECT_EQ(clone.ip(), "10.0.0.1");
-}
-
-TEST(ClMiscUserBasedTest, UserNeverTravelsAndNeverStays) {
-  ClMiscUserBased base(MiscCommandType::ClMiscCashierInfo);
-  base.init(5);
-  EXPECT_EQ(encode(base), (Bytes{105, 6}));
-  EXPECT_EQ(decode(base, {}), "");
-  EXPECT_EQ(base.userID(), 0);
-
-  RawDataHolder raw;
-  const auto account = make<ClMakeNewAccount>(NewAccountInfo(), raw, Int2StringSer());
-  UserNote note;
-  note.init("x");
-  const auto expectForgotten = [](auto& command, auto&& reuse) {
-    command.setUserID(5);
-    const Bytes bytes = encode(command);
-    reuse();
-    EXPECT_EQ(command.userID(), 0);
-    EXPECT_EQ(encode(command), bytes) << "the user shows on the wire";
-  };
-  expectForgotten(*account, [&] { account->init(NewAccountInfo(), raw, Int2StringSer()); });
-  expectForgotten(*account, [&] { EXPECT_EQ(decode(*account, bodyOf(*account)), ""); });
-  expectForgotten(note, [&] { note.init("x"); });
-  expectForgotten(note, [&] { EXPECT_EQ(decode(note, bodyOf(note)), ""); });
-  EXPECT_EQ(encode(note), (Bytes{107, 6, 'x', 0}));
 }
 
 }  // namespace

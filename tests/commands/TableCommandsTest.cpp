@@ -31,10 +31,6 @@ NextTurnOptions someTurns() {
   return turns;
 }
 
-UserCardsInfoVector someHands() {
-  return {UserCardPack(SeatID(1), {kOwnAce, kOwnAce}), UserCardPack(SeatID(5), {Card(), Card()})};
-}
-
 // ---- seats and chips
 
 TEST(ClConnectGame, CopiesTextsAndBytesAndTakesNullForNothing) {
@@ -119,32 +115,11 @@ TEST(Narrowing, KeepsLowBytesAndNoMore) {
 
 // ---- the flow of a hand
 
-TEST(SrvGameStart, KnowsWhoTakesPart) {
-  const auto command = readBack<SrvGameStart>(*make<SrvGameStart>(SeatIDSet{3, 0}));
-  EXPECT_TRUE(command->isParticipating(SeatID(0)));
-  EXPECT_TRUE(command->isParticipating(SeatID(3)));
-  EXPECT_FALSE(command->isParticipating(SeatID(1)));
-  EXPECT_FALSE(command->isParticipating(SeatID()));
-}
-
-TEST(SrvCardDeal, NothingOfAHiddenFaceTravels) {
-  UserCardsInfoVector hands{UserCardPack(SeatID(1), {Card(Card::Suit::Heart, Card::Rank::Queen)})};
-  hands[0].cards().setVisibility(Card::Visibility::Hidden);
-  const auto read = readBack<SrvCardDeal>(*make<SrvCardDeal>(hands));
-  EXPECT_EQ(read->getHands()[0].cards(), CardVector{Card()});
-}
-
 class OpenedDeal : public SrvCardDealBase {
  public:
   OpenedDeal() : SrvCardDealBase(CommandType::SrvCardDeal) {}
   using SrvCardDealBase::serializeCards;
 };
-
-TEST(SrvCardDealBase, WritesOneEntryAsTheWholeListDoes) {
-  SerializeCommandBuf buf(8);
-  OpenedDeal::serializeCards(buf, someHands()[0]);
-  EXPECT_EQ(toHex(written(buf)), "01 02 00 00 00 B2 B2");
-}
 
 TEST(SrvHoldemPlayerPos, MakesAPositionOfEveryAction) {
   const std::map<std::uint32_t, int> positions{{16384, 2}, {8192, 3}, {512, 4}, {1048576, 5}};
@@ -167,8 +142,6 @@ TEST(SrvUserTurn, ReadsItsOptionsAloneThoughOptionsAddByThemselves) {
   EXPECT_EQ(command->getActionCodes(), 16u + 32u + 64u);
   ASSERT_EQ(decode(*command, hex("02 00 00 01 04 00 00 00 00 00 00 00 00 00 00 00 09")), "");
   EXPECT_EQ(command->getActionCodes(), 4u);
-  EXPECT_FALSE(command->getTurns().haveMinMax());
-  EXPECT_FALSE(command->isNotify());
 }
 
 TEST(ClUserAction, AnActionWithoutAmountHasNone) {
@@ -177,7 +150,6 @@ TEST(ClUserAction, AnActionWithoutAmountHasNone) {
   command->init(UserAction::Call);
   EXPECT_FALSE(command->validAmount());
   EXPECT_EQ(command->amount(), cents(0));
-  EXPECT_EQ(toHex(encode(*command)), "7A 02 10 00 00 00 00");
   command->init(UserAction::Bet, cents(0));  // an amount of zero is an amount
   EXPECT_EQ(toHex(bodyOf(*command)), "08 00 00 00 01 00 00 00 00 00 00 00 00");
   ASSERT_EQ(decode(*command, hex("40 00 00 00 00")), "");
@@ -191,29 +163,6 @@ TEST(ClUserAction, LogTextWrapsTheActions) {
   EXPECT_EQ(command->toString(), "ClUserAction - action code: Raise ");
   command->setAction(UserAction{1024});
   EXPECT_EQ(command->toString(), "ClUserAction - action code: error. Invalid action code!!!!");
-}
-
-TEST(SrvUserActionNotify, AlwaysNotifies) {
-  const auto command = make<SrvUserActionNotify>(SeatID(), UserAction::NoAction, cents(0), cents(0), std::uint8_t{0});
-  EXPECT_TRUE(command->isNotify());
-}
-
-TEST(SrvBetRoundComplete, ReaderTakesAnyBitWhereTheWriterSetsAHalf) {
-  const auto command = make<SrvBetRoundComplete>();
-  Bytes body(8 + 2 + 1 + 8 + 8);
-  for (unsigned byte = 0; byte < 256; ++byte) {
-    body[10] = static_cast<std::uint8_t>(byte);
-    ASSERT_EQ(decode(*command, body), "");
-    EXPECT_EQ(command->moveChips(), byte % 16 != 0) << byte;
-    EXPECT_EQ(command->showCheckBoxes(), byte >= 16) << byte;
-  }
-  constexpr std::uint8_t kFlags[2][2] = {{0x00, 0xF0}, {0x0F, 0xFF}};
-  for (const bool moveChips : {false, true}) {
-    for (const bool showCheckBoxes : {false, true}) {
-      command->init(Pot(), moveChips, showCheckBoxes, cents(0), cents(0));
-      EXPECT_EQ(bodyOf(*command)[10], kFlags[moveChips][showCheckBoxes]);
-    }
-  }
 }
 
 TEST(SrvTUShowDown, KeepsWinsAndBetsApartAndKnowsNothingOfOthers) {
@@ -230,13 +179,6 @@ TEST(SrvTUShowDown, KeepsWinsAndBetsApartAndKnowsNothingOfOthers) {
   EXPECT_EQ(command->bets(SeatID()), cents(0));
   EXPECT_EQ(command->getUserCards()[0].getSeatID(), SeatID(7)) << "in the order of the calls";
   EXPECT_EQ(command->getUserCards()[1].winnerType(), SDInfo::NotWinner);
-  command->setCasinoProfit(cents(9));
-  EXPECT_EQ(readBack<SrvTUShowDown>(*command)->casinoProfit(), cents(9));
-  command->init(cents(6));
-  EXPECT_TRUE(command->getUserCards().empty());
-  EXPECT_EQ(command->wins(SeatID(7)), cents(0));
-  EXPECT_EQ(command->bets(SeatID(7)), cents(0));
-  EXPECT_EQ(command->casinoProfit(), cents(6));
 }
 
 // ---- the bases, sent as they are
@@ -248,22 +190,9 @@ TEST(TableBases, WriteTheCodeOfTheirCreatorAndTheirFields) {
   SrvTableStateUpdate other(CommandType::SrvUserTurn);
   other = update;
   EXPECT_EQ(toHex(encode(other)), "3A 01 07 01") << "assignment keeps the code";
-  ASSERT_EQ(decode(update, hex("02 80")), "");
-  EXPECT_TRUE(update.isNotify());
-  EXPECT_EQ(toHex(encode(update)), "3D 01 02 01") << "any other true is written as 1";
-
-  EXPECT_EQ(toHex(encode(SrvCommandGame(CommandType::SrvAddToWaitListOk))), "2B 01 00 00 00 00");
-  SrvCommandGame game(CommandType::SrvAddToWaitListError, 0x01020304);
-  EXPECT_EQ(toHex(encode(game)), "2C 01 04 03 02 01");
-  ASSERT_EQ(decode(game, hex("FF FF FF FF")), "");
-  EXPECT_EQ(game.gameID(), 0xFFFFFFFFu);
-
+  EXPECT_EQ(toHex(encode(SrvCommandGame(CommandType::SrvAddToWaitListError, 0x01020304))), "2C 01 04 03 02 01");
   SrvMsgCommand message(CommandType::SrvAdminMsg);
   EXPECT_EQ(toHex(encode(message)), "28 01 00");
-  message.setConnID(4);
-  ASSERT_EQ(decode(message, hex("48 69 00")), "");
-  EXPECT_EQ(message.getMsg(), "Hi");
-  EXPECT_TRUE(message.connections().empty());
   EXPECT_EQ(SrvMsgCommand(CommandType::SrvAdminMsg, SrvMsgCommand::TableCloses).getMsg(),
             "This table closes after the current hand.");
   EXPECT_EQ(SrvMsgCommand(CommandType::SrvAdminMsg, 4).getMsg(), "") << "a number without a message";
@@ -278,8 +207,7 @@ TEST(ChatMessages, TakeNullForEmptyAndKeepSenderAndMessageApart) {
   EXPECT_EQ(toHex(bodyOf(*said)), "00 00");
   const auto heard = make<SrvChatMsg>("b", "a", ChatMsgTypes::HostChat, ChatMsgTypes::Highlighted);
   EXPECT_EQ(toHex(bodyOf(*heard)), "61 00 62 00 03 02") << "the sender travels first";
-  EXPECT_EQ(heard->getMessage(), "b");
-  EXPECT_EQ(heard->getSender(), "a");
+  EXPECT_EQ(heard->getMessage() + heard->getSender(), "ba");
   heard->init(nullptr, nullptr, ChatMsgTypes::ChatType{255}, ChatMsgTypes::ChatStyle{254});
   EXPECT_EQ(toHex(bodyOf(*heard)), "00 00 FF FE");
   EXPECT_EQ(toHex(bodyOf(*make<SrvAdminMsg>("t", "m", std::uint8_t{7}))), "74 00 6D 00 07");

@@ -14,8 +14,9 @@
 #include <map>
 #include <memory>
 #include <random>
-#include <set>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 namespace poker {
@@ -136,12 +137,17 @@ const HandStory::Action* findAction(const HandStory& hand, UserAction wanted, st
   return nullptr;
 }
 
+/// Where frames stand, in their order.
+using Places = std::vector<std::size_t>;
+
 /// A copy of the game to plant a fault into, up to a few hands behind the one that gets it.
 class Plant {
  public:
   Frames frames;
   HandStory story;
   std::uint64_t hand = 0;
+  SeatID seat;  ///< whose action the fault is about
+  Places told;  ///< the frames that tell of that action, one to each connection
 
   explicit Plant(const Wanted& wanted) {
     const Game& game = Game::get();
@@ -157,59 +163,67 @@ class Plant {
       frames.push_back(frame);
     }
   }
+  /// The fault is about the first such action, from that round on.
+  explicit Plant(UserAction action, const Wanted& wanted = nullptr, std::size_t fromRound = 0)
+      : Plant([&](const HandStory& played) {
+          return findAction(played, action, fromRound) != nullptr && (!wanted || wanted(played));
+        }) {
+    if (const auto* found = findAction(story, action, fromRound)) tellOf(action, found->seat);
+  }
+  void tellOf(UserAction action, const SeatID& whose) {
+    seat = whose;
+    told = actions(action, seat);
+  }
 
   /// Where frames of class T of the hand stand that meet the condition.
   template <class T>
-  std::vector<std::size_t> find(const std::function<bool(const T&)>& meets = nullptr) const {
-    std::vector<std::size_t> found;
+  Places find(const std::function<bool(const T&)>& meets = nullptr) const {
+    Places found;
     for (std::size_t i = 0; i < frames.size(); ++i) {
       if (frames[i].hand == hand && frames[i].is<T>() && (!meets || meets(*frames[i].as<T>()))) found.push_back(i);
     }
     return found;
   }
-  /// The first of them, to each connection.
+  /// The first of them, or the last one, to each connection.
   template <class T>
-  std::vector<std::size_t> first(const std::function<bool(const T&)>& meets = nullptr) const {
-    std::vector<std::size_t> found;
-    std::set<std::string> connections;
-    for (const std::size_t i : find<T>(meets)) {
-      if (connections.insert(frames[i].connection).second) found.push_back(i);
-    }
-    EXPECT_FALSE(found.empty());
-    return found;
+  Places first(const std::function<bool(const T&)>& meets = nullptr) const {
+    return oneEach(find<T>(meets), false);
   }
   template <class T>
-  std::vector<std::size_t> last(const std::function<bool(const T&)>& meets = nullptr) const {
-    std::map<std::string, std::size_t> found;
-    for (const std::size_t i : find<T>(meets)) found[frames[i].connection] = i;
-    std::vector<std::size_t> places;
-    for (const auto& [connection, i] : found) places.push_back(i);
-    std::sort(places.begin(), places.end());
-    EXPECT_FALSE(places.empty());
-    return places;
+  Places last(const std::function<bool(const T&)>& meets = nullptr) const {
+    return oneEach(find<T>(meets), true);
   }
-  std::vector<std::size_t> actions(UserAction action, const SeatID& seat) const {
+  Places actions(UserAction action, const SeatID& whose) const {
     return first<SrvUserActionNotify>(
-        [&](const SrvUserActionNotify& c) { return c.getActionCode() == action && c.getSeatID() == seat; });
+        [&](const SrvUserActionNotify& c) { return c.getActionCode() == action && c.getSeatID() == whose; });
   }
   /// The connection that speaks for a seat.
-  std::string connectionOf(const SeatID& seat) const {
+  std::string connectionOf(const SeatID& whose) const {
     const auto own = find<SrvCardDeal>([&](const SrvCardDeal& deal) {
       const auto& hands = deal.getHands();
       return std::any_of(hands.begin(), hands.end(), [&](const UserCardPack& pack) {
-        return pack.getSeatID() == seat && pack.cards()[0].visibility() == Card::Visibility::HiddenOwner;
+        return pack.getSeatID() == whose && pack.cards()[0].visibility() == Card::Visibility::HiddenOwner;
       });
     });
     return own.empty() ? std::string() : frames[own.front()].connection;
   }
-  std::size_t to(const std::string& connection, const std::vector<std::size_t>& places) const {
+  /// The turns that are told to a connection, up to that frame.
+  Places turnsBefore(std::size_t end, const std::string& connection) const {
+    Places turns = find<SrvUserTurn>([&](const SrvUserTurn& turn) { return turn.isNotify(); });
+    std::erase_if(turns, [&](std::size_t i) { return i >= end || frames[i].connection != connection; });
+    EXPECT_FALSE(turns.empty());
+    return turns;
+  }
+  std::size_t to(const std::string& connection, const Places& places) const {
     for (const std::size_t i : places) {
       if (frames[i].connection == connection) return i;
     }
     ADD_FAILURE() << "nothing to " << connection;
     return places.at(0);
   }
-  void insertBefore(const std::vector<std::size_t>& places, const std::function<void(Frame&)>& fill) {
+  std::size_t toOnlooker(const Places& places) const { return to(Game::get().onlooker, places); }
+
+  void insertBefore(const Places& places, const std::function<void(Frame&)>& fill) {
     for (auto place = places.rbegin(); place != places.rend(); ++place) {
       Frame frame = frames[*place];
       fill(frame);
@@ -217,8 +231,15 @@ class Plant {
       frames.insert(frames.begin() + static_cast<std::ptrdiff_t>(*place), std::move(frame));
     }
   }
+  /// Tells the action twice.
+  void repeat() {
+    insertBefore(told, [](Frame&) {});
+    for (std::size_t i = 0; i + 1 < frames.size(); ++i) {
+      if (std::exchange(frames[i].isPlanted, false)) frames[++i].isPlanted = true;
+    }
+  }
   /// Takes frames away; what comes next to the same connection is where that shows.
-  void drop(const std::vector<std::size_t>& places) {
+  void drop(const Places& places) {
     for (auto place = places.rbegin(); place != places.rend(); ++place) {
       const Frame gone = frames[*place];
       frames.erase(frames.begin() + static_cast<std::ptrdiff_t>(*place));
@@ -230,11 +251,33 @@ class Plant {
     }
   }
   /// Of two frames to the same connection, the later one comes first.
-  void swapBefore(const std::vector<std::size_t>& early, const std::vector<std::size_t>& late) {
+  void swapBefore(const Places& early, const Places& late) {
     for (const std::size_t i : early) {
       const std::size_t other = to(frames[i].connection, late);
       std::swap(frames[i].bytes, frames[other].bytes);
       frames[i].isPlanted = true;
+    }
+  }
+  /// Tells of another action, with so much more left and before the player.
+  void change(const Places& places, UserAction action, const RealMoneyType& free = {}, const RealMoneyType& bet = {}) {
+    for (const std::size_t i : places) {
+      const auto old = frames[i].as<SrvUserActionNotify>();
+      frames[i].become<SrvUserActionNotify>(old->getSeatID(), action, old->getFreeMoney() + free,
+                                            old->getTableMoney() + bet, old->raisesLeft());
+    }
+  }
+  void changeCards(const Places& places, const std::function<void(CardVector&)>& cards) {
+    for (const std::size_t i : places) {
+      UserCardsInfoVector packs = frames[i].as<SrvPotCardDeal>()->getHands();
+      cards(packs[0].cards());
+      frames[i].become<SrvPotCardDeal>(packs);
+    }
+  }
+  void changePots(const Places& places, const RealMoneyType& less, const RealMoneyType& rake = {}) {
+    for (const std::size_t i : places) {
+      const auto old = frames[i].as<SrvBetRoundComplete>();
+      frames[i].become<SrvBetRoundComplete>(Pot(old->getPot().mainPot() - less), old->moveChips(),
+                                            old->showCheckBoxes(), old->bet(), old->rake() + rake);
     }
   }
 
@@ -250,6 +293,15 @@ class Plant {
     }
     audited.finish();
     return audited.findings;
+  }
+  /// The first of so many findings, or of any number.
+  HandFinding expectFirst(const std::string& text, std::size_t count = 0) {
+    const auto found = audit();
+    EXPECT_FALSE(found.empty());
+    if (found.empty()) return {};
+    EXPECT_EQ(found.size(), count != 0 ? count : found.size());
+    EXPECT_THAT(found[0].text, HasSubstr(text));
+    return found[0];
   }
   /// One finding, at the first planted frame.
   void expect(const std::string& text, std::uint64_t inHand = 0) {
@@ -267,31 +319,42 @@ class Plant {
     EXPECT_EQ(found[0].connection, planted->connection);
     EXPECT_EQ(found[0].table, story.table);
   }
+
+ private:
+  Places oneEach(const Places& places, bool isLast) const {
+    std::map<std::string, std::size_t> found;
+    for (const std::size_t i : places) {
+      std::size_t& place = found.try_emplace(frames[i].connection, i).first->second;
+      if (isLast) place = i;
+    }
+    Places each;
+    for (const auto& [connection, i] : found) each.push_back(i);
+    std::sort(each.begin(), each.end());
+    EXPECT_FALSE(each.empty());
+    return each;
+  }
 };
 
-void change(Plant& plant, const std::vector<std::size_t>& places, UserAction action, const RealMoneyType& free,
-            const RealMoneyType& bet) {
-  for (const std::size_t i : places) {
-    const auto old = plant.frames[i].as<SrvUserActionNotify>();
-    plant.frames[i].become<SrvUserActionNotify>(old->getSeatID(), action, old->getFreeMoney() + free,
-                                                old->getTableMoney() + bet, old->raisesLeft());
-  }
-}
+using Win = std::function<RealMoneyType(const SeatID&, const RealMoneyType&)>;
+RealMoneyType asItWas(const SeatID&, const RealMoneyType& win) { return win; }
 
 /// Writes the end of the hand anew.
-void changeEnd(Plant& plant, const std::function<RealMoneyType(const SeatID&, const RealMoneyType&)>& win,
-               const RealMoneyType& rake = {}) {
-  for (const std::size_t i : plant.find<SrvTUShowDown>()) {
+void changeEnd(Plant& plant, const Places& places, const Win& win, const RealMoneyType& rake,
+               const std::function<CardVector(const SDInfo&)>& cards) {
+  for (const std::size_t i : places) {
     const auto old = plant.frames[i].as<SrvTUShowDown>();
     CommandHandle<SrvTUShowDown> end = make<SrvTUShowDown>(old->casinoProfit() + rake);
     for (const SDInfo& final : old->getUserCards()) {
-      end->addFinalUser(final.cards(), final.getSeatID(), win(final.getSeatID(), final.getMoney()), final.winnerType());
+      end->addFinalUser(cards(final), final.getSeatID(), win(final.getSeatID(), final.getMoney()), final.winnerType());
     }
     for (const HandStory::Player& player : plant.story.players) {
       end->addPlayerInfo(player.seat, old->bets(player.seat), win(player.seat, old->wins(player.seat)));
     }
     plant.frames[i].put(*end);
   }
+}
+void changeWins(Plant& plant, const Win& win, const RealMoneyType& rake = {}) {
+  changeEnd(plant, plant.find<SrvTUShowDown>(), win, rake, [](const SDInfo& final) { return final.cards(); });
 }
 
 CardVector cardsOf(const HandStory::Player& player, Card::Visibility visibility) {
@@ -305,13 +368,19 @@ const HandStory::Player& playerAt(const HandStory& hand, const SeatID& seat) {
                        [&](const auto& player) { return player.seat == seat; });
 }
 
-void turnUp(Plant& plant, std::size_t frame, const SeatID& seat) {
-  const auto old = plant.frames[frame].as<SrvCardDeal>();
-  UserCardsInfoVector hands = old->getHands();
+/// Deals a seat other cards.
+void deal(Plant& plant, std::size_t frame, const SeatID& seat, const CardVector& cards) {
+  UserCardsInfoVector hands = plant.frames[frame].as<SrvCardDeal>()->getHands();
   for (UserCardPack& pack : hands) {
-    if (pack.getSeatID() == seat) pack.cards() = cardsOf(playerAt(plant.story, seat), Card::Visibility::Shown);
+    if (pack.getSeatID() == seat) pack.cards() = cards;
   }
   plant.frames[frame].become<SrvCardDeal>(hands);
+}
+
+void show(Plant& plant, const Places& before, const SeatID& seat) {
+  plant.insertBefore(before, [&](Frame& frame) {
+    frame.become<SrvShowPlayerCards>(seat, cardsOf(playerAt(plant.story, seat), Card::Visibility::Shown));
+  });
 }
 
 // No fault at all
@@ -379,12 +448,11 @@ TEST(SoundHands, AreNotTakenForOthersWhenFramesAreLost) {
     if (hand.isWhole()) {
       HandStory seen = hand.story();
       HandStory played = Game::get().hands.at(hand.number());
-      for (HandStory* story : {&seen, &played}) story->tellsAllDealt = false;
-      for (HandStory::Player& player : played.players) {
-        if (!isShown(player)) player.cards.clear();
-      }
-      for (HandStory::Player& player : seen.players) {
-        if (!isShown(player)) player.cards.clear();
+      for (HandStory* story : {&seen, &played}) {
+        story->tellsAllDealt = false;
+        for (HandStory::Player& player : story->players) {
+          if (!isShown(player)) player.cards.clear();
+        }
       }
       EXPECT_EQ(toText(seen), toText(played));
     }
@@ -422,52 +490,28 @@ TEST(WildFrames, AreJudgedLikeOthers) {
 
 TEST(PlantedFaults, CardsOfAnotherSeat) {
   Plant plant(hasFlop);
-  const SeatID seat = plant.story.players[0].seat;
-  const SeatID other = plant.story.players[1].seat;
-  turnUp(plant, plant.to(plant.connectionOf(seat), plant.find<SrvCardDeal>()), other);
-  plant.expect("seat " + std::to_string(seat.value()) + " is shown the cards of seat " + std::to_string(other.value()) +
-               " before the show-down");
+  const auto& [one, two] = std::tie(plant.story.players[0], plant.story.players[1]);
+  deal(plant, plant.to(plant.connectionOf(one.seat), plant.find<SrvCardDeal>()), two.seat,
+       cardsOf(two, Card::Visibility::Shown));
+  plant.expect(seatText(one.seat) + " is shown the cards of " + seatText(two.seat) + " before the show-down");
 }
 
 TEST(PlantedFaults, CardsForAnOnlooker) {
   Plant plant(hasFlop);
-  turnUp(plant, plant.to(Game::get().onlooker, plant.find<SrvCardDeal>()), plant.story.players[0].seat);
+  const auto& player = plant.story.players[0];
+  deal(plant, plant.toOnlooker(plant.find<SrvCardDeal>()), player.seat, cardsOf(player, Card::Visibility::Shown));
   plant.expect("an onlooker is shown the cards of seat");
-}
-
-TEST(PlantedFaults, HoleCardsToTheWrongSeat) {
-  Plant plant(hasFlop);
-  const auto deals = plant.find<SrvCardDeal>();
-  const std::string one = plant.connectionOf(plant.story.players[0].seat);
-  const std::string two = plant.connectionOf(plant.story.players[1].seat);
-  std::swap(plant.frames[plant.to(one, deals)].bytes, plant.frames[plant.to(two, deals)].bytes);
-  const auto found = plant.audit();
-  std::size_t leaks = 0;
-  for (const HandFinding& finding : found) {
-    EXPECT_EQ(finding.hand, plant.hand);
-    leaks += finding.text.find("is shown the cards of") != std::string::npos ? 1 : 0;
-  }
-  EXPECT_EQ(leaks, 2u);
 }
 
 TEST(PlantedFaults, CardsShownWhileTheBettingGoesOn) {
   Plant plant([](const HandStory& hand) { return hasShowDown(hand) && !hasAllIn(hand); });
-  const HandStory::Player& player = playerAt(plant.story, plant.story.finalists[0]);
-  plant.insertBefore(plant.first<SrvBetRoundComplete>(), [&](Frame& frame) {
-    frame.become<SrvShowPlayerCards>(player.seat, cardsOf(player, Card::Visibility::Shown));
-  });
-  const auto found = plant.audit();
-  ASSERT_FALSE(found.empty());
-  EXPECT_THAT(found[0].text, HasSubstr("are shown before the show-down"));
-  EXPECT_EQ(found[0].others, 5u);
+  show(plant, plant.first<SrvBetRoundComplete>(), plant.story.finalists[0]);
+  EXPECT_EQ(plant.expectFirst("are shown before the show-down").others, 5u);
 }
 
 TEST(PlantedFaults, CardsOfWhoHasFolded) {
-  Plant plant([](const HandStory& hand) { return hasShowDown(hand) && findAction(hand, UserAction::Fold) != nullptr; });
-  const SeatID folded = findAction(plant.story, UserAction::Fold)->seat;
-  plant.insertBefore(plant.first<SrvTUShowDown>(), [&](Frame& frame) {
-    frame.become<SrvShowPlayerCards>(folded, cardsOf(playerAt(plant.story, folded), Card::Visibility::Shown));
-  });
+  Plant plant(UserAction::Fold, hasShowDown);
+  show(plant, plant.first<SrvTUShowDown>(), plant.seat);
   plant.expect("which has folded, are shown");
 }
 
@@ -477,19 +521,10 @@ TEST(PlantedFaults, CardsOfWhoMucked) {
                         [&](const SeatID& seat) { return !isShown(playerAt(hand, seat)); });
   };
   Plant plant([&](const HandStory& hand) { return hasShowDown(hand) && mucks(hand) != hand.finalists.end(); });
-  const SeatID seat = *mucks(plant.story);
-  const std::size_t i = plant.to(Game::get().onlooker, plant.find<SrvTUShowDown>());
-  const auto old = plant.frames[i].as<SrvTUShowDown>();
-  CommandHandle<SrvTUShowDown> end = make<SrvTUShowDown>(old->casinoProfit());
-  for (const SDInfo& final : old->getUserCards()) {
-    end->addFinalUser(
-        final.getSeatID() == seat ? cardsOf(playerAt(plant.story, seat), Card::Visibility::Shown) : final.cards(),
-        final.getSeatID(), final.getMoney(), final.winnerType());
-  }
-  for (const auto& player : plant.story.players) {
-    end->addPlayerInfo(player.seat, old->bets(player.seat), old->wins(player.seat));
-  }
-  plant.frames[i].put(*end);
+  const HandStory::Player& player = playerAt(plant.story, *mucks(plant.story));
+  changeEnd(plant, {plant.toOnlooker(plant.find<SrvTUShowDown>())}, asItWas, {}, [&](const SDInfo& final) {
+    return final.getSeatID() == player.seat ? cardsOf(player, Card::Visibility::Shown) : final.cards();
+  });
   plant.expect("are told, though it did not show them");
 }
 
@@ -497,86 +532,54 @@ TEST(PlantedFaults, CardsOfWhoMucked) {
 
 TEST(PlantedFaults, TheBoardBeforeTheRoundIsOver) {
   Plant plant(hasFlop);
-  const auto last = plant.first<SrvBetRoundComplete>();
-  const auto flop = plant.first<SrvPotCardDeal>();
-  plant.swapBefore(last, flop);
+  plant.swapBefore(plant.first<SrvBetRoundComplete>(), plant.first<SrvPotCardDeal>());
   plant.expect("cards come to the board before the betting round is over");
 }
 
 TEST(PlantedFaults, WrongNumberOfBoardCards) {
   Plant plant(hasFlop);
-  for (const std::size_t i : plant.first<SrvPotCardDeal>()) {
-    UserCardsInfoVector packs = plant.frames[i].as<SrvPotCardDeal>()->getHands();
-    packs[0].cards().pop_back();
-    plant.frames[i].become<SrvPotCardDeal>(packs);
-  }
-  const auto found = plant.audit();
-  ASSERT_FALSE(found.empty());
-  EXPECT_THAT(found[0].text, HasSubstr("2 cards come to a board of 0, not 3"));
+  plant.changeCards(plant.first<SrvPotCardDeal>(), [](CardVector& cards) { cards.pop_back(); });
+  plant.expectFirst("2 cards come to a board of 0, not 3");
 }
 
 TEST(PlantedFaults, TheSameCardTwice) {
   Plant plant([](const HandStory& hand) { return hand.rounds.size() == 3 && hand.finalists.size() == 1; });
-  for (const std::size_t i : plant.last<SrvPotCardDeal>()) {
-    UserCardsInfoVector packs = plant.frames[i].as<SrvPotCardDeal>()->getHands();
-    packs[0].cards()[0] = plant.story.rounds[1].board[1];
-    plant.frames[i].become<SrvPotCardDeal>(packs);
-  }
+  plant.changeCards(plant.last<SrvPotCardDeal>(),
+                    [&](CardVector& cards) { cards[0] = plant.story.rounds[1].board[1]; });
   plant.expect("is there twice: among the cards of the board, and on the board");
 }
 
 TEST(PlantedFaults, TheSameCardInTwoHands) {
   Plant plant([](const HandStory& hand) { return hand.rounds.size() == 1 && hand.finalists.size() == 1; });
-  const auto& one = plant.story.players[0];
-  const auto& two = plant.story.players[1];
-  const std::size_t i = plant.to(plant.connectionOf(two.seat), plant.find<SrvCardDeal>());
-  UserCardsInfoVector hands = plant.frames[i].as<SrvCardDeal>()->getHands();
-  for (UserCardPack& pack : hands) {
-    if (pack.getSeatID() == two.seat) pack.cards() = cardsOf(one, Card::Visibility::HiddenOwner);
-  }
-  plant.frames[i].become<SrvCardDeal>(hands);
-  const auto found = plant.audit();
-  ASSERT_EQ(found.size(), 2u);  // two cards
-  EXPECT_THAT(found[0].text, HasSubstr("is there twice: among the cards of seat"));
+  const auto& [one, two] = std::tie(plant.story.players[0], plant.story.players[1]);
+  deal(plant, plant.to(plant.connectionOf(two.seat), plant.find<SrvCardDeal>()), two.seat,
+       cardsOf(one, Card::Visibility::HiddenOwner));
+  plant.expectFirst("is there twice: among the cards of seat", 2);  // two cards
 }
 
 // Turns and actions
 
 TEST(PlantedFaults, AnActionOutOfTurn) {
-  const auto folds = [](const HandStory& hand) {
+  Plant plant([](const HandStory& hand) {
     const auto& actions = hand.rounds[0].actions;
     return actions.size() > 2 && actions[0].action == UserAction::Fold && actions[1].action == UserAction::Fold;
-  };
-  Plant plant(folds);
+  });
   const auto& actions = plant.story.rounds[0].actions;
-  plant.swapBefore(plant.actions(UserAction::Fold, actions[0].seat), plant.actions(UserAction::Fold, actions[1].seat));
-  const auto found = plant.audit();
-  ASSERT_FALSE(found.empty());
-  EXPECT_EQ(found[0].hand, plant.hand);
-  EXPECT_THAT(found[0].text,
-              HasSubstr("seat " + std::to_string(actions[1].seat.value()) + " folds, but it is the turn of seat " +
-                        std::to_string(actions[0].seat.value())));
+  const auto& [one, two] = std::tie(actions[0].seat, actions[1].seat);
+  plant.swapBefore(plant.actions(UserAction::Fold, one), plant.actions(UserAction::Fold, two));
+  const auto found = plant.expectFirst(seatText(two) + " folds, but it is the turn of " + seatText(one));
+  EXPECT_EQ(found.hand, plant.hand);
 }
 
 TEST(PlantedFaults, AnActionTwice) {
-  Plant plant([](const HandStory& hand) {
-    return hasFlop(hand) && findAction(hand, UserAction::Call) != nullptr && !hasAllIn(hand);
-  });
-  const auto calls = plant.actions(UserAction::Call, findAction(plant.story, UserAction::Call)->seat);
-  std::vector<std::size_t> behind;
-  for (const std::size_t i : calls) behind.push_back(i + 1);
-  for (auto place = calls.rbegin(); place != calls.rend(); ++place) {
-    Frame again = plant.frames[*place];
-    again.isPlanted = true;
-    plant.frames.insert(plant.frames.begin() + static_cast<std::ptrdiff_t>(*place + 1), again);
-  }
+  Plant plant(UserAction::Call, [](const HandStory& hand) { return hasFlop(hand) && !hasAllIn(hand); });
+  plant.repeat();
   plant.expect("calls, but ");
 }
 
 TEST(PlantedFaults, AnActionOfWhoHasFolded) {
-  Plant plant([](const HandStory& hand) {
-    return hasFlop(hand) && findAction(hand, UserAction::Fold) == &hand.rounds[0].actions[0];
-  });
+  Plant plant(
+      [](const HandStory& hand) { return hasFlop(hand) && hand.rounds[0].actions[0].action == UserAction::Fold; });
   const SeatID seat = plant.story.rounds[0].actions[0].seat;
   plant.insertBefore(plant.last<SrvBetRoundComplete>(), [&](Frame& frame) {
     frame.become<SrvUserActionNotify>(seat, UserAction::Check, playerAt(plant.story, seat).stack, kZeroMoney,
@@ -585,53 +588,40 @@ TEST(PlantedFaults, AnActionOfWhoHasFolded) {
   plant.expect("checks, though it has folded");
 }
 
-TEST(PlantedFaults, ARaiseBeyondTheStack) {
-  Plant plant([](const HandStory& hand) { return findAction(hand, UserAction::Raise) != nullptr; });
-  const auto raises = plant.actions(UserAction::Raise, findAction(plant.story, UserAction::Raise)->seat);
-  const auto old = plant.frames[raises[0]].as<SrvUserActionNotify>();
-  change(plant, raises, UserAction::Raise, kZeroMoney - old->getFreeMoney(), old->getFreeMoney() + kOne);
-  plant.expect("raises: ");
-}
-
 TEST(PlantedFaults, ANegativeStack) {
-  Plant plant([](const HandStory& hand) { return findAction(hand, UserAction::Raise) != nullptr; });
-  const auto raises = plant.actions(UserAction::Raise, findAction(plant.story, UserAction::Raise)->seat);
-  const auto old = plant.frames[raises[0]].as<SrvUserActionNotify>();
-  const RealMoneyType more = old->getFreeMoney() + kOne;
-  change(plant, raises, UserAction::Raise, kZeroMoney - more, more);
+  Plant plant(UserAction::Raise);
+  const RealMoneyType more = plant.frames[plant.told[0]].as<SrvUserActionNotify>()->getFreeMoney() + kOne;
+  plant.change(plant.told, UserAction::Raise, kZeroMoney - more, more);
   plant.expect("raises and has -1.00 left");
 }
 
 TEST(PlantedFaults, AStackThatGrows) {
-  Plant plant([](const HandStory& hand) { return findAction(hand, UserAction::Call) != nullptr && !hasAllIn(hand); });
-  const auto calls = plant.actions(UserAction::Call, findAction(plant.story, UserAction::Call)->seat);
-  change(plant, calls, UserAction::Call, kOne, kZeroMoney);
+  Plant plant(UserAction::Call, [](const HandStory& hand) { return !hasAllIn(hand); });
+  plant.change(plant.told, UserAction::Call, kOne);
   plant.expect("calls: ");
 }
 
 TEST(PlantedFaults, ABetBelowTheLeast) {
   // A bet that all others fold to: what it was does not matter afterwards.
-  const auto betAndFolds = [](const HandStory& hand) {
+  Plant plant([](const HandStory& hand) {
     const auto& actions = hand.rounds.back().actions;
     const auto bet =
         std::find_if(actions.begin(), actions.end(), [](const auto& a) { return a.action == UserAction::Bet; });
     return hand.rounds.size() > 1 && bet != actions.end() && !bet->allIn &&
            actions.back().action == UserAction::NoAction &&
            std::all_of(bet + 1, actions.end() - 1, [](const auto& a) { return a.action == UserAction::Fold; });
-  };
-  Plant plant(betAndFolds);
+  });
   const auto* bet = findAction(plant.story, UserAction::Bet, plant.story.rounds.size() - 1);
   const auto bets = plant.last<SrvUserActionNotify>(
       [&](const SrvUserActionNotify& c) { return c.getActionCode() == UserAction::Bet && c.getSeatID() == bet->seat; });
-  change(plant, bets, UserAction::Bet, bet->amount - kCent, kCent - bet->amount);
+  plant.change(bets, UserAction::Bet, bet->amount - kCent, kCent - bet->amount);
   plant.expect("bets to 0.01, where the least is 2.00");
 }
 
 TEST(PlantedFaults, ACheckThatFacesABet) {
   Plant plant(
       [](const HandStory& hand) { return hasFlop(hand) && hand.rounds[0].actions[0].action == UserAction::Fold; });
-  const auto folds = plant.actions(UserAction::Fold, plant.story.rounds[0].actions[0].seat);
-  change(plant, folds, UserAction::Check, kZeroMoney, kZeroMoney);
+  plant.change(plant.actions(UserAction::Fold, plant.story.rounds[0].actions[0].seat), UserAction::Check);
   plant.expect("checks, though 2.00 are to be called");
 }
 
@@ -643,38 +633,27 @@ TEST(PlantedFaults, ATurnOfSomebodyElse) {
   for (const std::size_t i : plant.first<SrvUserTurn>()) {
     plant.frames[i].become<SrvUserTurn>(other, false, NextTurnOptions(), 10u);
   }
-  plant.expect(
-      "is asked to act, but it is the turn of "
-      "seat " +
-      std::to_string(asked.value()));
+  plant.expect("is asked to act, but it is the turn of " + seatText(asked));
 }
 
 TEST(PlantedFaults, AnActionThatNobodyAskedFor) {
-  Plant plant([](const HandStory& hand) { return hasFlop(hand) && findAction(hand, UserAction::Call) != nullptr; });
-  const SeatID seat = findAction(plant.story, UserAction::Call)->seat;
-  const std::string connection = plant.connectionOf(seat);
-  const std::size_t call = plant.to(connection, plant.actions(UserAction::Call, seat));
-  std::vector<std::size_t> turns;
-  for (const std::size_t i : plant.find<SrvUserTurn>([&](const SrvUserTurn& turn) { return turn.isNotify(); })) {
-    if (plant.frames[i].connection == connection && i < call) turns.push_back(i);
-  }
-  ASSERT_FALSE(turns.empty());
-  plant.drop({turns.back()});
+  Plant plant(UserAction::Call, hasFlop);
+  const std::string connection = plant.connectionOf(plant.seat);
+  const std::size_t call = plant.to(connection, plant.told);
+  plant.drop({plant.turnsBefore(call, connection).back()});
   for (Frame& frame : plant.frames) frame.isPlanted = false;
   plant.frames[call - 1].isPlanted = true;
   plant.expect("calls, though its player was not asked");
 }
 
 TEST(PlantedFaults, AnActionThatWasNotOffered) {
-  Plant plant([](const HandStory& hand) { return hasFlop(hand) && findAction(hand, UserAction::Call) != nullptr; });
-  const SeatID seat = findAction(plant.story, UserAction::Call)->seat;
-  const std::string connection = plant.connectionOf(seat);
-  const std::size_t call = plant.to(connection, plant.actions(UserAction::Call, seat));
-  for (const std::size_t i : plant.find<SrvUserTurn>([&](const SrvUserTurn& turn) { return turn.isNotify(); })) {
-    if (plant.frames[i].connection != connection || i > call) continue;
-    NextTurnOptions options;
-    options.addFoldOption();
-    plant.frames[i].become<SrvUserTurn>(seat, true, options, 10u);
+  Plant plant(UserAction::Call, hasFlop);
+  const std::string connection = plant.connectionOf(plant.seat);
+  const std::size_t call = plant.to(connection, plant.told);
+  NextTurnOptions options;
+  options.addFoldOption();
+  for (const std::size_t i : plant.turnsBefore(call, connection)) {
+    plant.frames[i].become<SrvUserTurn>(plant.seat, true, options, 10u);
     plant.frames[i].isPlanted = false;
   }
   plant.frames[call].isPlanted = true;
@@ -683,79 +662,63 @@ TEST(PlantedFaults, AnActionThatWasNotOffered) {
 
 // Money
 
+bool isSplit(const HandStory& hand) { return hand.pots.size() == 1 && winners(hand) == 2; }
+
 TEST(PlantedFaults, ALostCentOfASplitPot) {
-  Plant plant([](const HandStory& hand) { return hand.pots.size() == 1 && winners(hand) == 2; });
+  Plant plant(isSplit);
   const SeatID seat = plant.story.pots[0].wins[0].seat;
-  changeEnd(plant, [&](const SeatID& each, const RealMoneyType& win) { return each == seat ? win - kCent : win; });
+  changeWins(plant, [&](const SeatID& each, const RealMoneyType& win) { return each == seat ? win - kCent : win; });
   plant.expect("are paid from pots of");
 }
 
 TEST(PlantedFaults, ASplitPotThatIsNotEven) {
-  Plant plant([](const HandStory& hand) { return hand.pots.size() == 1 && winners(hand) == 2; });
-  const SeatID first = plant.story.pots[0].wins[0].seat;
-  const SeatID second = plant.story.pots[0].wins[1].seat;
-  changeEnd(plant, [&](const SeatID& each, const RealMoneyType& win) {
-    return each == first ? win + kOne : each == second ? win - kOne : win;
+  Plant plant(isSplit);
+  const auto& wins = plant.story.pots[0].wins;
+  changeWins(plant, [&](const SeatID& each, const RealMoneyType& win) {
+    return each == wins[0].seat ? win + kOne : each == wins[1].seat ? win - kOne : win;
   });
   plant.expect("of the pots are due");
 }
 
-TEST(PlantedFaults, ADoublePayout) {
-  Plant plant(hasShowDown);
-  changeEnd(plant, [](const SeatID&, const RealMoneyType& win) { return win * 2; });
-  plant.expect("are paid from pots of");
+/// All of the only pot is for one seat.
+void giveAllTo(Plant& plant, const SeatID& seat) {
+  const RealMoneyType all = plant.story.pots[0].amount;
+  changeWins(plant, [&](const SeatID& each, const RealMoneyType&) { return each == seat ? all : kZeroMoney; });
 }
 
 TEST(PlantedFaults, AWinForTheWrongHand) {
   Plant plant([](const HandStory& hand) {
     return hasShowDown(hand) && hand.pots.size() == 1 && winners(hand) == 1 && hand.finalists.size() == 2;
   });
-  const RealMoneyType all = plant.story.pots[0].amount;
-  const SeatID winner = plant.story.pots[0].wins[0].seat;
-  const SeatID loser = plant.story.finalists[plant.story.finalists[0] == winner ? 1 : 0];
-  changeEnd(plant, [&](const SeatID& each, const RealMoneyType&) { return each == loser ? all : kZeroMoney; });
+  const auto& finalists = plant.story.finalists;
+  giveAllTo(plant, finalists[finalists[0] == plant.story.pots[0].wins[0].seat ? 1 : 0]);
   plant.expect("of the pots are due");
 }
 
 TEST(PlantedFaults, AWinForWhoHasFolded) {
-  Plant plant(
-      [](const HandStory& hand) { return findAction(hand, UserAction::Fold) != nullptr && hand.pots.size() == 1; });
-  const SeatID folded = findAction(plant.story, UserAction::Fold)->seat;
-  const RealMoneyType all = plant.story.pots[0].amount;
-  changeEnd(plant, [&](const SeatID& each, const RealMoneyType&) { return each == folded ? all : kZeroMoney; });
-  plant.expect("seat " + std::to_string(folded.value()) + " wins");
+  Plant plant(UserAction::Fold, [](const HandStory& hand) { return hand.pots.size() == 1; });
+  giveAllTo(plant, plant.seat);
+  plant.expect(seatText(plant.seat) + " wins");
 }
 
 TEST(PlantedFaults, ARakeWithoutAFlop) {
   Plant plant([](const HandStory& hand) { return hand.rounds.size() == 1 && hand.finalists.size() == 1; });
   const SeatID winner = plant.story.finalists[0];
-  for (const std::size_t i : plant.find<SrvBetRoundComplete>()) {
-    const auto old = plant.frames[i].as<SrvBetRoundComplete>();
-    plant.frames[i].become<SrvBetRoundComplete>(Pot(old->getPot().mainPot() - kCent), old->moveChips(),
-                                                old->showCheckBoxes(), old->bet(), kCent);
-  }
-  changeEnd(
+  plant.changePots(plant.find<SrvBetRoundComplete>(), kCent, kCent);
+  changeWins(
       plant, [&](const SeatID& each, const RealMoneyType& win) { return each == winner ? win - kCent : win; }, kCent);
-  const auto found = plant.audit();
-  ASSERT_FALSE(found.empty());
-  EXPECT_THAT(found[0].text, HasSubstr("a rake of 0.01 is taken before there is a flop"));
-  EXPECT_EQ(found[0].hand, plant.hand);
+  EXPECT_EQ(plant.expectFirst("a rake of 0.01 is taken before there is a flop").hand, plant.hand);
 }
 
 TEST(PlantedFaults, ARakeThatWasNotTold) {
   Plant plant(hasShowDown);
-  changeEnd(
-      plant, [](const SeatID&, const RealMoneyType& win) { return win; }, kOne);
+  changeWins(plant, asItWas, kOne);
   plant.expect("were told with the pots");
 }
 
 TEST(PlantedFaults, APotThatIsTooSmall) {
   Plant plant([](const HandStory& hand) { return hand.rounds.size() > 2 && !hasAllIn(hand); });
-  for (const std::size_t i : plant.first<SrvBetRoundComplete>()) {
-    const auto old = plant.frames[i].as<SrvBetRoundComplete>();
-    plant.frames[i].become<SrvBetRoundComplete>(Pot(old->getPot().mainPot() - kOne), old->moveChips(),
-                                                old->showCheckBoxes(), old->bet(), old->rake());
-  }
+  plant.changePots(plant.first<SrvBetRoundComplete>(), kOne);
   plant.expect("were paid in");
 }
 
@@ -769,7 +732,7 @@ TEST(PlantedFaults, AnUncalledBetThatIsKept) {
 TEST(PlantedFaults, AStackThatShrinksBetweenHands) {
   Plant plant(hasFlop);
   const HandStory::Player& player = plant.story.players[0];
-  std::vector<std::size_t> next;
+  Places next;
   for (std::size_t i = 0; i < plant.frames.size(); ++i) {
     if (plant.frames[i].hand == plant.hand + 1 && plant.frames[i].is<SrvUpdateHintText>()) next.push_back(i);
   }
@@ -792,22 +755,17 @@ TEST(PlantedFaults, AHandNumberThatGoesBack) {
   plant.expect("number goes back", wrong);
 }
 
-TEST(PlantedFaults, ABlindTwice) {
-  Plant plant([](const HandStory& hand) { return hand.posts[0].action == UserAction::SmallBlind; });
-  const auto posts = plant.actions(UserAction::SmallBlind, plant.story.posts[0].seat);
-  for (auto place = posts.rbegin(); place != posts.rend(); ++place) {
-    Frame again = plant.frames[*place];
-    again.isPlanted = true;
-    plant.frames.insert(plant.frames.begin() + static_cast<std::ptrdiff_t>(*place + 1), again);
-  }
-  plant.expect("posts the small blind, which is posted already");
-}
+TEST(PlantedFaults, ABlindTwiceOrOfTheWrongSize) {
+  const auto hasSmallBlind = [](const HandStory& hand) { return hand.posts[0].action == UserAction::SmallBlind; };
+  Plant twice(hasSmallBlind);
+  twice.tellOf(UserAction::SmallBlind, twice.story.posts[0].seat);
+  twice.repeat();
+  twice.expect("posts the small blind, which is posted already");
 
-TEST(PlantedFaults, ABlindOfTheWrongSize) {
-  Plant plant([](const HandStory& hand) { return hand.posts[0].action == UserAction::SmallBlind; });
-  const auto posts = plant.actions(UserAction::SmallBlind, plant.story.posts[0].seat);
-  change(plant, posts, UserAction::SmallBlind, kCent, kZeroMoney - kCent);
-  plant.expect("posts the small blind of 0.99, which is 1.00 here");
+  Plant small(hasSmallBlind);
+  small.tellOf(UserAction::SmallBlind, small.story.posts[0].seat);
+  small.change(small.told, UserAction::SmallBlind, kCent, kZeroMoney - kCent);
+  small.expect("posts the small blind of 0.99, which is 1.00 here");
 }
 
 TEST(PlantedFaults, AButtonInTheWrongPlace) {
@@ -817,50 +775,36 @@ TEST(PlantedFaults, AButtonInTheWrongPlace) {
     if (player.seat != plant.story.button) other = player.seat;
   }
   for (const std::size_t i : plant.find<SrvMoveDealChip>()) plant.frames[i].become<SrvMoveDealChip>(other);
-  const auto found = plant.audit();
-  ASSERT_EQ(found.size(), 1u);
-  EXPECT_THAT(found[0].text, HasSubstr("the button is at seat " + std::to_string(other.value())));
-  EXPECT_EQ(found[0].hand, plant.hand);
+  EXPECT_EQ(plant.expectFirst("the button is at " + seatText(other), 1).hand, plant.hand);
 }
 
 TEST(PlantedFaults, AHandWithoutAnEnd) {
   Plant plant(hasFlop);
-  const auto ends = plant.find<SrvTUShowDown>();
-  for (auto end = ends.rbegin(); end != ends.rend(); ++end) {
-    plant.frames.erase(plant.frames.begin() + static_cast<std::ptrdiff_t>(*end));
-  }
-  const auto found = plant.audit();
-  ASSERT_EQ(found.size(), 1u);
-  EXPECT_THAT(found[0].text, HasSubstr("begins, but hand " + std::to_string(plant.hand) + " is not over"));
+  plant.drop(plant.find<SrvTUShowDown>());
+  plant.expectFirst("begins, but hand " + std::to_string(plant.hand) + " is not over", 1);
 }
 
 // Connections that are told different things
 
 TEST(PlantedFaults, AnotherActionForOneConnection) {
-  Plant plant([](const HandStory& hand) { return hasFlop(hand) && findAction(hand, UserAction::Check, 1) != nullptr; });
-  const SeatID seat = findAction(plant.story, UserAction::Check, 1)->seat;
-  change(plant, {plant.to(Game::get().onlooker, plant.actions(UserAction::Check, seat))}, UserAction::Fold, kZeroMoney,
-         kZeroMoney);
-  plant.expect("is told \"seat " + std::to_string(seat.value()) + " folds");
+  Plant plant(UserAction::Check, hasFlop, 1);
+  plant.change({plant.toOnlooker(plant.told)}, UserAction::Fold);
+  plant.expect("is told \"" + seatText(plant.seat) + " folds");
 }
 
 TEST(PlantedFaults, AnotherBoardForOneConnection) {
   Plant plant([](const HandStory& hand) { return hand.rounds.size() == 2 && hand.finalists.size() == 1; });
-  const std::size_t i = plant.to(Game::get().onlooker, plant.find<SrvPotCardDeal>());
-  UserCardsInfoVector packs = plant.frames[i].as<SrvPotCardDeal>()->getHands();
-  std::swap(packs[0].cards()[0], packs[0].cards()[1]);
-  plant.frames[i].become<SrvPotCardDeal>(packs);
+  plant.changeCards({plant.toOnlooker(plant.find<SrvPotCardDeal>())},
+                    [](CardVector& cards) { std::swap(cards[0], cards[1]); });
   plant.expect("is told \"cards come to the board\", but not in the same way as");
 }
 
 TEST(PlantedFaults, AnActionThatOneConnectionIsNotTold) {
-  Plant plant([](const HandStory& hand) { return hasFlop(hand) && findAction(hand, UserAction::Check, 1) != nullptr; });
-  const SeatID seat = findAction(plant.story, UserAction::Check, 1)->seat;
-  plant.drop({plant.to(Game::get().onlooker, plant.actions(UserAction::Check, seat))});
-  const auto found = plant.audit();
-  ASSERT_EQ(found.size(), 1u);
-  EXPECT_EQ(found[0].connection, Game::get().onlooker);
-  EXPECT_EQ(found[0].hand, plant.hand);
+  Plant plant(UserAction::Check, hasFlop, 1);
+  plant.drop({plant.toOnlooker(plant.told)});
+  const HandFinding found = plant.expectFirst("", 1);
+  EXPECT_EQ(found.connection, Game::get().onlooker);
+  EXPECT_EQ(found.hand, plant.hand);
 }
 
 }  // namespace

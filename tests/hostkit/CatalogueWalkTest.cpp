@@ -1,4 +1,4 @@
-// Every class of the catalogue, from its pool to its handler, with values that nobody has thought of.
+// Every class of the catalogue, from its pool to its handler.
 
 #include <CommandProcessor/core/ClientCmdProcessor.h>
 #include <CommandProcessor/core/ClientMiscCmdProcessor.h>
@@ -6,19 +6,15 @@
 #include <CommandProcessor/core/CmdDispatcher.h>
 #include <CommandProcessor/core/SrvCmdProcessor.h>
 #include <CommandProcessor/core/SrvTourCmdProcessor.h>
-#include <CommandProcessor/types/FieldJson.h>
 #include <gtest/gtest.h>
 #include <hostkit/CommandFactory.h>
-#include <hostkit/Decode.h>
 #include <hostkit/Results.h>
-#include <inspect/CommandFields.h>
 
 #include <string>
 #include <tuple>
 #include <utility>
 #include <vector>
 
-#include <tests/support/RandomFields.h>
 #include "HostKitUse.h"
 
 namespace poker::test {
@@ -95,56 +91,20 @@ struct Recorder final : ClientCmdProcessor, SrvCmdProcessor, ClientTourCmdProces
   MiscRecorder misc{calls};
 };
 
-std::string shown(const PokerCommandI& command) {
-  FieldsToJson json(JsonSecrets::kShow);
-  CommandFields::of(command)->visit(command, json);
-  return json.take();
-}
-
-TEST(Catalogue, IsWholeAndEveryClassGoesItsWayFromThePoolToItsHandler) {
+// What the handler is given is what was sent: how values travel, other walks over all classes say.
+TEST(Catalogue, IsWholeAndEveryClassReachesItsHandler) {
   Recorder recorder;
   for (const CommandClass& row : CommandFactory::classes()) {
     SCOPED_TRACE(row.name());
-    const CommandFields* fields = CommandFields::of(row.name());
-    ASSERT_TRUE(row.create != nullptr && fields != nullptr) << "the class is missing";
-    int sets = 0;
-    for (std::uint64_t round = 0; round < 200; ++round) {
-      const CommandHandle<> sent(row.create());
-      RandomFields values(round * 256 + row.code());
-      try {
-        fields->assign(*sent, values);
-      } catch (const FieldValueError&) {
-        continue;  // what is held may be narrower than what travels
-      }
-      ++sets;
-      ASSERT_TRUE(row.fitsOnWire(*sent));
-      const Bytes bytes = frameOf(*sent);
-
-      CommandHandle<> received;
-      if (row.travels && row.name() != "ClMiscDumpManager") {
-        DecodeResult decoded = decodeCommand(std::span(bytes).subspan(4), {row.direction(), true, false});
-        ASSERT_TRUE(decoded) << decoded.error.toString();
-        received = std::move(decoded.command);
-        ASSERT_EQ(CommandFactory::find(*received), &row);
-      } else {  // handed over inside the process, as a clone
-        received = CommandHandle<>(*sent->clone());
-      }
-      if (row.name() != "SrvPing") {  // which tells the time
-        ASSERT_EQ(toHex(frameOf(*received)), toHex(bytes));
-        EXPECT_TRUE(values.someAbsent() || shown(*received) == shown(*sent)) << shown(*received);
-      }
-
-      recorder.calls.clear();
-      EXPECT_TRUE(recorder.dispatcher.dispatchCommand(*received));
-      if (row.description->handler.empty()) {
-        EXPECT_TRUE(recorder.calls.empty());
-      } else {
-        ASSERT_EQ(recorder.calls.size(), 1u);
-        EXPECT_EQ(recorder.calls[0].first, row.name());
-        EXPECT_EQ(recorder.calls[0].second, received.get());
-      }
-    }
-    EXPECT_GE(sets, 20);
+    ASSERT_NE(row.create, nullptr) << "the class is missing";
+    const CommandHandle<> command(row.create());
+    EXPECT_EQ(CommandFactory::find(*command), &row);
+    EXPECT_EQ(CommandFactory::find(row.name()), &row);
+    recorder.calls.clear();
+    EXPECT_TRUE(recorder.dispatcher.dispatchCommand(*command));
+    Calls expected;
+    if (!row.description->handler.empty()) expected.emplace_back(row.name(), command.get());
+    EXPECT_EQ(recorder.calls, expected);
   }
 }
 

@@ -154,21 +154,6 @@ TEST(ResultsGuard, ReleasesOnceWhereverMemoryRunsOut) {
   }
 }
 
-TEST(ResultsGuard, ServesTheClientsSideToo) {
-  CommandHandle<ClBye>::create().reset();
-  const std::uint32_t before = idle<ClBye>();
-  ProcessorTraits<SrvCmdProcessorType>::Results results;
-  SerializeCommandBuf buffer(64);
-  std::size_t sent = 0;
-  {
-    ResultsGuard guard(results);
-    results.add(*make<ClBye>().detach());
-    guard.send(buffer, [&](const EncodedCommand& command) { sent += command.frame.size(); });
-  }
-  EXPECT_EQ(sent, 9u);
-  EXPECT_EQ(idle<ClBye>(), before);
-}
-
 TEST(ConnectionTable, NeverGivesAnIdTwice) {
   ConnectionTable<int> first;
   ConnectionTable<int> second;

@@ -1,63 +1,26 @@
 #include <CommandProcessor/core/ClientCmdProcessor.h>
 #include <CommandProcessor/core/CmdDispatcher.h>
 #include <CommandProcessor/core/SrvCmdProcessor.h>
-#include <gtest/gtest.h>
 #include <hostkit/Results.h>
-#include <hostkit/TcpServer.h>
 #include <asio/read.hpp>
 #include <asio/write.hpp>
 
 #include <algorithm>
-#include <chrono>
 #include <functional>
-#include <map>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 #include <tests/support/AllocationCounter.h>
-#include "HostKitUse.h"
+#include "Sessions.h"
 
 namespace poker::test {
 namespace {
 
-using namespace std::chrono_literals;
-using Clock = std::chrono::steady_clock;
-
 const Bytes kHandShake = frame<ClHandShake>(1u);
-const Bytes kBye = frame<ClBye>();
 const Bytes kBadCommand = hex("0D 00 00 00 C9 00 00 00 00 02 00 00 00");
 const Bytes kDisconnected = hex("0D 00 00 00 C9 00 00 00 00 04 00 00 00");
-
-/// What the events of one side's sessions said.
-struct Record : SessionEvents {
-  std::vector<std::string> commands;
-  std::map<std::int32_t, CloseReason> closed;  // by connection id
-  std::vector<DecodeError> errors;
-  std::vector<std::string> refused;
-  std::size_t opened = 0;
-  std::size_t handlersFailed = 0;
-  std::size_t keepAlivesDue = 0;
-  Bytes in;
-  Bytes out;
-
-  void onOpen(TcpSession&) override { ++opened; }
-  void onCommand(TcpSession&, CommandHandle<> command) override {
-    commands.emplace_back(CommandFactory::find(*command)->name());
-  }
-  void onRefused(TcpSession&, const CommandClass& named) override { refused.emplace_back(named.name()); }
-  void onError(TcpSession&, CloseReason, const DecodeError& error) override { errors.push_back(error); }
-  void onHandlerFailed(TcpSession&, std::exception_ptr) override { ++handlersFailed; }
-  void onKeepAliveDue(TcpSession&) override { ++keepAlivesDue; }
-  void onClosed(TcpSession& session, CloseReason reason) override {
-    EXPECT_TRUE(closed.emplace(session.id().value(), reason).second) << "closed twice";
-  }
-  void onBytes(const TcpSession&, FrameDirection direction, std::span<const std::uint8_t> bytes) override {
-    Bytes& to = direction == FrameDirection::In ? in : out;
-    to.insert(to.end(), bytes.begin(), bytes.end());
-  }
-};
 
 /// A server's host: shakes hands, answers keep-alives through dispatcher and results, and does what a test asks for.
 struct Server final : Record, ClientCmdProcessor {
@@ -130,31 +93,13 @@ struct RawPeer {
   std::optional<std::error_code> end;
 };
 
-class Tcp : public testing::Test {
+class Tcp : public SessionTest {
  protected:
-  /// Runs the loop until it is so; a test that waits for what never comes fails.
-  template <class Condition>
-  bool until(Condition&& condition, Clock::duration limit = 10s) {
-    const auto end = Clock::now() + limit;
-    while (!condition()) {
-      if (Clock::now() > end) return false;
-      context.restart();
-      context.run_one_for(5ms);
-    }
-    return true;
-  }
-  std::shared_ptr<TcpSession> connect(const Server& server, SessionEvents& events, SessionLimits* limits = nullptr) {
-    auto options = std::make_shared<SessionOptions>(SessionOptions::forClient());
-    if (limits != nullptr) options->limits = *limits;
-    return TcpSession::connect(context, "127.0.0.1", server.tcp.port(), std::move(options), events);
-  }
   static ServerOptions with(const SessionLimits& limits) {
     ServerOptions options;
     options.session.limits = limits;
     return options;
   }
-
-  asio::io_context context;
 };
 
 TEST_F(Tcp, ConversationRunsFromHandShakeToByeOnBothSides) {
@@ -163,7 +108,7 @@ TEST_F(Tcp, ConversationRunsFromHandShakeToByeOnBothSides) {
     if (dynamic_cast<ClBye*>(&command) != nullptr) session.close();
   };
   Record client;
-  const auto session = connect(server, client);
+  const auto session = connect(server.tcp.port(), client);
   session->send(*make<ClHandShake>(7u));  // queued until the connection stands
   ASSERT_TRUE(until([&] { return client.commands.size() == 1; }));
   session->setState(SessionState::ShakenHands);
@@ -229,7 +174,7 @@ TEST_F(Tcp, EachDeadlineEndsTheSessionThatMissesIt) {
     RawPeer peer(context, server);
     const auto start = Clock::now();
     EXPECT_TRUE(until([&] { return server.opened == 1; }));
-    server.tcp.sessions().forEach([&](const ConnectionID&, const auto& session) { session->setState(state); });
+    onlySession(server.tcp)->setState(state);
     peer.send(bytes);
     EXPECT_TRUE(until([&] { return peer.endedCleanly(); }));
     EXPECT_GE(Clock::now() - start, 40ms);
@@ -285,8 +230,7 @@ TEST_F(Tcp, ASlowReaderIsCutAtTheHardLimitOrAfterTheSoftTime) {
     RawPeer peer(context, server);
     peer.send(kHandShake);
     ASSERT_TRUE(until([&] { return server.commands.size() == 1; }));
-    std::shared_ptr<TcpSession> slow;
-    server.tcp.sessions().forEach([&](const ConnectionID&, const auto& session) { slow = session; });
+    const auto slow = onlySession(server.tcp);
     RawPeer other(context, server);
     const Bytes notice = frame<SrvMaintenance>(std::string(32000, 'x'), MaintainID{1});
     std::size_t most = 0;
@@ -309,12 +253,11 @@ TEST_F(Tcp, ASlowReaderIsCutAtTheHardLimitOrAfterTheSoftTime) {
 TEST_F(Tcp, OneFrameMayBeLongerThanTheHardLimitAndASecondOneMayNot) {
   Server server(context);
   Record client;
-  const auto session = connect(server, client);
+  const auto session = connect(server.tcp.port(), client);
   session->send(*make<ClHandShake>(7u));
   ASSERT_TRUE(until([&] { return client.commands.size() == 1; }));
   session->setState(SessionState::LoggedOn);
-  std::shared_ptr<TcpSession> sender;
-  server.tcp.sessions().forEach([&](const ConnectionID&, const auto& each) { sender = each; });
+  const auto sender = onlySession(server.tcp);
   sender->setState(SessionState::LoggedOn);
 
   const Bytes one = frame<SrvMaintenance>("x", MaintainID{1});
@@ -399,28 +342,10 @@ TEST_F(Tcp, DrainEndsEverySessionWithItsQueueAndTheReason) {
   EXPECT_TRUE(server.tcp.sessions().empty());
   EXPECT_EQ(server.closed.size(), 3u);
   Record late;
-  const auto session = connect(server, late);
+  const auto session = connect(server.tcp.port(), late);
   ASSERT_TRUE(until([&] { return !late.closed.empty(); }));
   EXPECT_EQ(late.closed.begin()->second, CloseReason::ConnectFailed);
   EXPECT_EQ(late.opened, 0u);
-}
-
-TEST_F(Tcp, AFullServerSaysBusyAndTakesTheNextOnceThereIsRoom) {
-  ServerOptions options;
-  options.maxConnections = 1;
-  Server server(context, std::move(options));
-  RawPeer first(context, server);
-  ASSERT_TRUE(until([&] { return server.opened == 1; }));
-  RawPeer second(context, server);
-  ASSERT_TRUE(until([&] { return second.endedCleanly(); }));
-  EXPECT_EQ(second.bytes, frame<SrvBusy>());
-  EXPECT_EQ(server.opened, 1u);
-  EXPECT_EQ(server.tcp.refused(), 1u);
-  first.socket.close();
-  ASSERT_TRUE(until([&] { return server.closed.size() == 1; }));
-  RawPeer third(context, server);
-  third.send(kHandShake);
-  EXPECT_TRUE(until([&] { return third.received().size() == 6; }));
 }
 
 TEST_F(Tcp, AHandlerThatThrowsCostsItsOwnSessionOnly) {
@@ -538,7 +463,7 @@ TEST_F(Tcp, AClientIsToldWhenItsKeepAliveIsDueAndWhenItsServerIsSilent) {
   limits.keepAlive = 150ms;
   Server server(context);
   Record client;
-  const auto session = connect(server, client, &limits);
+  const auto session = connect(server.tcp.port(), client, limits);
   session->send(*make<ClHandShake>(1u));
   ASSERT_TRUE(until([&] { return client.commands.size() == 1; }));
   session->setState(SessionState::ShakenHands);
@@ -551,7 +476,7 @@ TEST_F(Tcp, AServerThatGoesAwayLeavesNoSessionBehind) {
   Record client;
   {
     Server server(context);
-    const auto session = connect(server, client);
+    const auto session = connect(server.tcp.port(), client);
     ASSERT_TRUE(until([&] { return server.opened == 1 && client.opened == 1; }));
   }
   ASSERT_TRUE(until([&] { return !client.closed.empty(); }));
@@ -591,7 +516,7 @@ TEST_F(Tcp, AThousandRequestsAndTheirRepliesAllocateNothing) {
   options.session.limits.rate.framesPerSecond = 1e9;
   Server server(context, std::move(options));
   server.recording = false;
-  const auto session = connect(server, client);
+  const auto session = connect(server.tcp.port(), client);
   ASSERT_TRUE(until([&] { return client.replies >= 100; }));
   std::size_t allocations = 0;
   {

@@ -1,29 +1,17 @@
-#include <CommandProcessor/wire/SerializeCommandBuf.h>
-#include <inspect/CommandFields.h>
-#include <inspect/capture/PcapngFile.h>
 #include <inspect/capture/PcapngReader.h>
 #include <inspect/capture/PcapngWriter.h>
 #include <inspect/capture/Redact.h>
 #include <inspect/schema/WireWalk.h>
-#include <tests/support/RandomFields.h>
-#include <tests/support/WireBytes.h>
+#include <tests/inspect/RandomFrame.h>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <csignal>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <ostream>
 #include <random>
 #include <string>
 #include <utility>
 #include <vector>
-
-#ifndef _WIN32
-#include <sys/resource.h>
-#endif
 
 namespace poker::test {
 namespace {
@@ -74,23 +62,6 @@ std::vector<Told> readAll(std::span<const std::uint8_t> file) {
   return readAll(reader);
 }
 
-template <class Visitor>
-Bytes randomFrame(const CommandFields& row, Visitor& values) {
-  PokerCommandI& command = row.create();
-  try {
-    row.assign(command, values);
-  } catch (const FieldValueError&) {
-    // Some fields are held narrower than they travel: what is set so far will do.
-  }
-  SerializeCommandBuf buffer(64);
-  command.serialize(buffer);
-  std::uint32_t size = 0;
-  const std::uint8_t* bytes = buffer.finish(size);
-  Bytes frame(bytes, bytes + size);
-  command.release();
-  return frame;
-}
-
 NetworkEnd endOf(std::initializer_list<std::uint8_t> address, std::uint16_t port) {
   NetworkEnd end;
   end.isV6 = address.size() == 16;
@@ -114,9 +85,8 @@ struct MadeCapture {
     const auto all = CommandSchema::all();
     for (std::size_t i = 0; i < frames; ++i) {
       const CommandSchema& schema = all[random() % all.size()];
-      RandomFields values(random());
       Told one;
-      one.bytes = randomFrame(*CommandFields::of(schema.name()), values);
+      one.bytes = randomFrame(schema, random());
       redactSecrets(one.bytes);
       one.time = static_cast<std::int64_t>(1'790'000'000'123'456'789 + random() % 1'000'000'000'000);
       one.direction = random() % 2 == 0 ? CommandDirection::ClientToServer : CommandDirection::ServerToClient;
@@ -162,25 +132,6 @@ TEST(Pcapng, HandsOutWhatStandsBeforeTheFilesEndWhereverThatIs) {
     if (told.size() == whole) continue;
     ASSERT_EQ(told.size(), whole + 1) << size;
     ASSERT_EQ(told.back().problem.find("the capture ends within"), 0u) << size << told.back().problem;
-  }
-}
-
-TEST(Pcapng, BelievesNoDamagedByte) {
-  const MadeCapture made(12);
-  std::mt19937_64 random(3);
-  for (int round = 0; round < 20'000; ++round) {
-    Bytes file = made.file;
-    for (std::size_t damages = 1 + random() % 3; damages != 0; --damages) {
-      const std::size_t place = random() % file.size();
-      if (random() % 2 == 0) {
-        file[place] = static_cast<std::uint8_t>(random());
-      } else {
-        for (std::size_t i = place; i < std::min(place + 4, file.size()); ++i) file[i] = 0xFC;
-      }
-    }
-    PcapngReader reader(piecesOf(file), 4096);
-    for (const Told& one : readAll(reader)) ASSERT_LE(one.bytes.size(), file.size());
-    ASSERT_LE(reader.position(), file.size());
   }
 }
 
@@ -335,10 +286,9 @@ TEST(Redact, HidesSecretsAndNothingElseAndWhatMayBeOneInDamagedFrames) {
   std::mt19937_64 random(4);
   std::vector<std::string_view> classes;
   for (const CommandSchema& schema : CommandSchema::all()) {
-    const CommandFields& row = *CommandFields::of(schema.name());
     for (int round = 0; round < 40; ++round) {
       SecretFields values(random());
-      const Bytes frame = randomFrame(row, values);
+      const Bytes frame = randomFrame(schema, values);
       const bool isSecret = tellsSecret(frame);
       if (isSecret && (classes.empty() || classes.back() != schema.name())) classes.push_back(schema.name());
       // What remains, byte by byte.
@@ -378,49 +328,6 @@ TEST(Redact, HidesSecretsAndNothingElseAndWhatMayBeOneInDamagedFrames) {
     redactSecrets(odd);
     EXPECT_EQ(odd, hex(digits));
   }
-}
-
-TEST(PcapngFile, KeepsWhatIsThereAndWholeBlocksWhenTheDiskIsFull) {
-  const auto folder = std::filesystem::temp_directory_path() / ("pcapng-" + std::to_string(std::random_device{}()));
-  std::filesystem::create_directory(folder);
-  const std::string path = (folder / "capture").string();
-  const Bytes frame = hex("0A 00 00 00 80 02 05 00 00 00");
-  const CapturedFrame told{.bytes = frame, .direction = CommandDirection::ClientToServer, .table = "T"};
-  {
-    PcapngFile file(path, "test");
-    EXPECT_THROW(PcapngFile(path, "test"), std::runtime_error);
-    const auto atOnce = std::filesystem::file_size(path);
-    EXPECT_GT(atOnce, 0u);
-    file.write(told, {});
-    EXPECT_TRUE(file.hasWaiting());
-    file.flush();
-    EXPECT_FALSE(file.hasWaiting());
-    EXPECT_GT(std::filesystem::file_size(path), atOnce);
-#ifndef _WIN32
-    // The system takes no more than so much.
-    std::signal(SIGXFSZ, SIG_IGN);
-    rlimit before{};
-    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
-    rlimit small = before;
-    small.rlim_cur = 10'001;
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
-    for (int i = 0; i < 500; ++i) file.write(told, {});
-    EXPECT_THROW(file.flush(), std::runtime_error);
-    file.write(told, {});
-    EXPECT_NO_THROW(file.flush());
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &before), 0);
-#endif
-  }
-  std::ifstream in(path, std::ios::binary);
-  const Bytes file{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-  in.close();  // Windows removes no open file
-  const auto all = readAll(file);
-#ifndef _WIN32
-  EXPECT_GT(file.size(), 9'500u);
-  EXPECT_GT(all.size(), 60u);
-#endif
-  for (const Told& one : all) EXPECT_EQ(one.problem, "");
-  std::filesystem::remove_all(folder);
 }
 
 }  // namespace
